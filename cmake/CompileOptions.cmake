@@ -1,0 +1,25 @@
+# One place for the options every target of ours compiles with.
+add_library(corvane_options INTERFACE)
+target_compile_features(corvane_options INTERFACE cxx_std_20)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    target_compile_options(corvane_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor)
+    if(CORVANE_WARNINGS_AS_ERRORS)
+        target_compile_options(corvane_options INTERFACE -Werror)
+    endif()
+    if(CORVANE_SANITIZE)
+        set(_corvane_sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_compile_options(corvane_options INTERFACE ${_corvane_sanitizers})
+        target_link_options(corvane_options INTERFACE ${_corvane_sanitizers})
+    endif()
+elseif(MSVC)
+    target_compile_options(corvane_options INTERFACE /W4 /permissive- /utf-8)
+    if(CORVANE_WARNINGS_AS_ERRORS)
+        target_compile_options(corvane_options INTERFACE /WX)
+    endif()
+endif()
+
+# Qt code: no implicit conversions from 8-bit strings (packets are Latin-1, never locale text).
+target_compile_definitions(corvane_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+                                                     QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING)

@@ -1,0 +1,115 @@
+#include "protocol/Framing.h"
+
+#include "protocol/PacketErrorLog.h"
+#include "runtime/Convert.h"
+#include "runtime/Text.h"
+
+namespace corvane {
+namespace {
+
+std::function<void()>& noPacketStringHandler()
+{
+    static std::function<void()> handler;
+    return handler;
+}
+
+} // namespace
+
+void PacketReceiver::accumulate(std::string_view chunk)
+{
+    complete_ = false;
+    if (!chunk.empty() && chunk.front() == SOH)
+        buffer_.assign(chunk.substr(1));
+    else
+        buffer_.append(chunk);
+
+    if (buffer_.size() > MaxGathered) {
+        Log_Packet_Error(
+            "Receive buffer over " + std::to_string(MaxGathered) + " characters without EOT; gathered text dropped.");
+        buffer_.clear();
+        return;
+    }
+    if (!chunk.empty() && chunk.back() == EOT) {
+        completed_.swap(buffer_);
+        buffer_.clear();
+        complete_ = true;
+    }
+}
+
+void PacketReceiver::reset()
+{
+    buffer_.clear();
+    completed_.clear();
+    complete_ = false;
+}
+
+PacketReceiver& receiveState()
+{
+    static PacketReceiver state;
+    return state;
+}
+
+void Accumulate_Socket_Data(std::string_view chunk)
+{
+    receiveState().accumulate(chunk);
+}
+
+std::int16_t Get_Packet_Type(std::string_view packet)
+{
+    if (left(packet, 3) == "ACK") {
+        Log_Packet_Error(packet);
+        return AckPacketType;
+    }
+    if (left(packet, 9) != "PKT_TYPE=") {
+        if (const auto& notify = noPacketStringHandler())
+            notify();
+        Log_Packet_Error(packet);
+        return NoPacketType;
+    }
+    const std::int16_t end = toInt16(inStr(10, packet, std::string_view(&STX, 1)));
+    return textToInt16(mid(packet, 10, end - 10));
+}
+
+std::string Get_Packet_Field(std::string_view packet, std::string_view key)
+{
+    const std::int16_t start = toInt16(inStr(1, packet, key));
+    if (start == 0)
+        Log_Packet_Error("Error finding start in packet.");
+    const std::int16_t valueStart = toInt16(start + static_cast<std::int64_t>(key.size()));
+    const std::int16_t end = toInt16(inStr(valueStart, packet, std::string_view(&STX, 1)));
+    if (end < valueStart)
+        Log_Packet_Error("Error finding  delimeter in packet.");
+    return std::string(mid(packet, valueStart, end - valueStart));
+}
+
+void setNoPacketStringHandler(std::function<void()> handler)
+{
+    noPacketStringHandler() = std::move(handler);
+}
+
+} // namespace corvane
+
+namespace corvane {
+
+std::string packetHeader(std::int16_t type, std::int16_t section)
+{
+    std::string packet(1, SOH);
+    appendField(packet, "PKT_TYPE=", numberText(type));
+    appendField(packet, "SECTION=", numberText(section));
+    return packet;
+}
+
+void appendField(std::string& packet, std::string_view key, std::string_view value)
+{
+    packet.append(key);
+    packet.append(value);
+    packet += STX;
+}
+
+void endRequest(std::string& packet)
+{
+    packet += ETX;
+    packet += EOT;
+}
+
+} // namespace corvane

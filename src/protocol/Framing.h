@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+// Control characters that frame every packet.
+inline constexpr char SOH = '\x01'; // first character of a packet
+inline constexpr char STX = '\x02'; // ends every field
+inline constexpr char ETX = '\x03'; // follows the last field of a request
+inline constexpr char EOT = '\x04'; // last character of a packet
+
+inline constexpr std::int16_t AckPacketType = 999;
+inline constexpr std::int16_t NoPacketType = -1;
+
+// Gathers the socket's chunks into whole packets. Only the first and the last character of a
+// chunk are looked at: a chunk that starts with SOH starts a new packet (dropping whatever was
+// half gathered), a chunk that ends with EOT completes one. The host sends each packet so that
+// it starts and ends a chunk; two packets joined in one chunk come out as one packet text.
+class PacketReceiver {
+public:
+    // Gathered text beyond this is dropped (and logged) so that a host that never sends EOT
+    // cannot make the terminal grow without bound.
+    static constexpr std::size_t MaxGathered = 1u << 20;
+
+    void accumulate(std::string_view chunk);
+    bool packetComplete() const { return complete_; }
+    // The last whole packet, from the character after SOH through its EOT.
+    const std::string& completedPacket() const { return completed_; }
+    void reset();
+
+private:
+    std::string buffer_;
+    std::string completed_;
+    bool complete_ = false;
+};
+
+// The terminal's one receive state, shared by the whole program.
+PacketReceiver& receiveState();
+void Accumulate_Socket_Data(std::string_view chunk);
+
+// The packet's type: the host's number, 999 for an acknowledgement ("ACK..."), -1 for text that
+// is no packet. Every acknowledgement and every untyped text is written to the packet log; an
+// untyped text also raises the "No Packet String" notice. A type that is not a 16-bit number,
+// or a missing STX after it, raises a run-time error to the caller.
+std::int16_t Get_Packet_Type(std::string_view packet);
+
+// The value of the first field whose key (with its "=") occurs in the packet. A missing key is
+// logged and the text from position length(key) up to the next STX is returned; a missing STX is
+// logged and raises "Invalid procedure call"; positions past 32,767 raise "Overflow".
+std::string Get_Packet_Field(std::string_view packet, std::string_view key);
+
+// Where the "No Packet String" notice goes: the desktop program shows it in a message box with
+// an OK button. Without a handler the notice is only logged with the packet.
+void setNoPacketStringHandler(std::function<void()> handler);
+
+} // namespace corvane
+
+namespace corvane {
+
+// Writing packets: SOH, "PKT_TYPE=" type STX, "SECTION=" section STX; then key, value, STX for
+// each further field. A request then ends with ETX EOT.
+std::string packetHeader(std::int16_t type, std::int16_t section);
+void appendField(std::string& packet, std::string_view key, std::string_view value);
+void endRequest(std::string& packet);
+
+} // namespace corvane

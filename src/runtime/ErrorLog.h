@@ -1,0 +1,43 @@
+#pragma once
+
+#include "runtime/RunTimeError.h"
+
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+// Trapped run-time errors go to "error.log" in the program folder, one line each:
+// "Error Location " + three-digit location + " " + "Err = " + number + " " + date and time.
+// Lines are appended and never truncated; a log that cannot be written is passed over silently.
+
+// Location numbers of the routines that trap.
+namespace location {
+inline constexpr int SharedModule = 143;
+inline constexpr int PacketDispatch = 155;
+inline constexpr int RequestSender = 201;
+} // namespace location
+
+std::string errorLogPath();
+std::string errorLogLine(int location, int errorNumber);
+void Log_Run_Time_Error(int location, int errorNumber);
+
+// Appends `line` and CR LF to the file, opening and closing it for this one line.
+// Returns 0, or the runtime's file error number when the file could not be written.
+int appendLogLine(const std::string& path, std::string_view line);
+
+// Runs `body` under an error trap: a run-time error (or any other exception) leaves one line in
+// the error log with this location and the routine is left. Returns whether `body` finished.
+template <typename Body> bool runTrapped(int location, Body&& body) noexcept
+{
+    try {
+        body();
+        return true;
+    } catch (const std::exception& e) {
+        Log_Run_Time_Error(location, errorNumberOf(e));
+        return false;
+    }
+}
+
+} // namespace corvane

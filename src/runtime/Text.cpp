@@ -1,0 +1,56 @@
+#include "runtime/Text.h"
+
+#include "runtime/RunTimeError.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+std::int64_t inStr(std::int64_t start, std::string_view text, std::string_view find)
+{
+    if (start < 1)
+        raise(err::InvalidProcedureCall);
+    const auto from = static_cast<std::uint64_t>(start - 1);
+    if (from >= text.size())
+        return 0;
+    if (find.empty())
+        return start;
+    const auto at = text.find(find, from);
+    return at == std::string_view::npos ? 0 : static_cast<std::int64_t>(at) + 1;
+}
+
+std::string_view mid(std::string_view text, std::int64_t start, std::int64_t length)
+{
+    if (start < 1 || length < 0)
+        raise(err::InvalidProcedureCall);
+    const auto from = static_cast<std::uint64_t>(start - 1);
+    if (from >= text.size())
+        return {};
+    return text.substr(from,
+        static_cast<std::size_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(length), text.size() - from)));
+}
+
+std::string_view left(std::string_view text, std::int64_t length)
+{
+    if (length < 0)
+        raise(err::InvalidProcedureCall);
+    return text.substr(
+        0, static_cast<std::size_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(length), text.size())));
+}
+
+std::string_view right(std::string_view text, std::int64_t length)
+{
+    if (length < 0)
+        raise(err::InvalidProcedureCall);
+    const auto n = static_cast<std::size_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(length), text.size()));
+    return text.substr(text.size() - n);
+}
+
+std::string fixedWidth(std::string_view text, std::size_t width)
+{
+    std::string out(text.substr(0, width));
+    out.resize(width, ' ');
+    return out;
+}
+
+} // namespace corvane

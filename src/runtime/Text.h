@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+// The runtime's string functions, with positions counted from 1.
+
+// Position of the first `find` at or after `start`: 0 when there is none or when `start` lies
+// past the end, `start` itself for an empty `find`. A start below 1 is "Invalid procedure call".
+std::int64_t inStr(std::int64_t start, std::string_view text, std::string_view find);
+
+// `length` characters from `start`; fewer when the text ends first, none when `start` lies
+// past the end. A start below 1 or a negative length is "Invalid procedure call".
+std::string_view mid(std::string_view text, std::int64_t start, std::int64_t length);
+
+std::string_view left(std::string_view text, std::int64_t length);
+std::string_view right(std::string_view text, std::int64_t length);
+
+// The text padded with blanks or cut to exactly `width` characters (a fixed-length string).
+std::string fixedWidth(std::string_view text, std::size_t width);
+
+} // namespace corvane

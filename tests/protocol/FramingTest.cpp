@@ -1,0 +1,163 @@
+#include "protocol/Framing.h"
+#include "support/ScratchProgramFolder.h"
+#include "support/Wire.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::errorNumberRaisedBy;
+using test::operator""_w;
+
+const std::string Status = "PKT_TYPE=120<STX>SECTION=0<STX>WorkstationName=LATHE 1<STX><EOT>"_w;
+
+TEST(Framing, ChunksJoinIntoPacketsOnTheirFirstAndLastCharacter)
+{
+    struct Case {
+        const char* name;
+        std::vector<std::string> chunks;
+        std::vector<bool> completeAfter;
+        std::string completed;
+    } const cases[] = {
+        { "whole", { "<SOH>"_w + Status }, { true }, Status },
+        { "three chunks", { "<SOH>PKT_TYPE=120<STX>"_w, "SECTION=0<STX>WorkstationName="_w, "LATHE 1<STX><EOT>"_w },
+            { false, false, true }, Status },
+        { "new SOH drops a half packet", { "<SOH>PKT_TYPE=999<STX>half"_w, "<SOH>"_w + Status }, { false, true },
+            Status },
+        { "SOH inside a chunk does not restart", { "<SOH>PKT_TYPE=1<STX>"_w, "x<SOH>PKT_TYPE=2<STX><EOT>"_w },
+            { false, true }, "PKT_TYPE=1<STX>x<SOH>PKT_TYPE=2<STX><EOT>"_w },
+        { "EOT inside a chunk does not end",
+            { "<SOH>"
+              "a<EOT>"
+              "b"_w },
+            { false }, "" },
+        { "continuation without SOH", { "tail<EOT>"_w }, { true }, "tail<EOT>"_w },
+        { "two packets joined in one chunk are one text",
+            { "<SOH>PKT_TYPE=120<STX>SECTION=0<STX><EOT><SOH>PKT_TYPE=170<STX>SECTION=0<STX><EOT>"_w }, { true },
+            "PKT_TYPE=120<STX>SECTION=0<STX><EOT><SOH>PKT_TYPE=170<STX>SECTION=0<STX><EOT>"_w },
+        { "an empty chunk clears the flag", { "<SOH>"_w + Status, "" }, { true, false }, Status },
+    };
+    for (const auto& c : cases) {
+        PacketReceiver receiver;
+        for (std::size_t i = 0; i < c.chunks.size(); ++i) {
+            receiver.accumulate(c.chunks[i]);
+            EXPECT_EQ(receiver.packetComplete(), c.completeAfter[i]) << c.name << ", chunk " << i;
+        }
+        EXPECT_EQ(receiver.completedPacket(), c.completed) << c.name;
+    }
+}
+
+TEST(Framing, TheProcessWideStateIsWhatTheSocketFeeds)
+{
+    receiveState().reset();
+    Accumulate_Socket_Data("<SOH>PKT_TYPE=170<STX>"_w);
+    EXPECT_FALSE(receiveState().packetComplete());
+    Accumulate_Socket_Data("SECTION=0<STX><EOT>"_w);
+    ASSERT_TRUE(receiveState().packetComplete());
+    EXPECT_EQ(Get_Packet_Type(receiveState().completedPacket()), 170);
+    receiveState().reset();
+}
+
+TEST(Framing, TextThatNeverEndsIsDroppedInsteadOfGrowingWithoutBound)
+{
+    test::ScratchProgramFolder folder;
+    PacketReceiver receiver;
+    receiver.accumulate("<SOH>"_w + std::string(PacketReceiver::MaxGathered + 1, 'x'));
+    EXPECT_EQ(folder.lines("PacketError-Current.log").size(), 1u);
+    receiver.accumulate("PKT_TYPE=120<STX>SECTION=0<STX><EOT>"_w);
+    EXPECT_TRUE(receiver.packetComplete());
+    EXPECT_EQ(receiver.completedPacket(), "PKT_TYPE=120<STX>SECTION=0<STX><EOT>"_w);
+}
+
+TEST(PacketType, TypesAcknowledgementsAndTextThatIsNoPacket)
+{
+    test::ScratchProgramFolder folder;
+    int notices = 0;
+    setNoPacketStringHandler([&] { ++notices; });
+
+    EXPECT_EQ(Get_Packet_Type(Status), 120);
+    EXPECT_EQ(Get_Packet_Type("PKT_TYPE=-7<STX>"_w), -7);
+    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w), AckPacketType);
+    EXPECT_EQ(Get_Packet_Type("hello<EOT>"_w), NoPacketType);
+    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w), NoPacketType);
+    EXPECT_EQ(notices, 2);
+    setNoPacketStringHandler({});
+
+    const std::string when = test::ScratchProgramFolder::momentText();
+    const std::vector<std::string> expected = {
+        "Packet Error Location 501 ACK<EOT> "_w + when,
+        "Packet Error Location 501 hello<EOT> "_w + when,
+        "Packet Error Location 501 PKT_TYPE<STX> "_w + when,
+    };
+    EXPECT_EQ(folder.lines("PacketError-Current.log"), expected);
+}
+
+TEST(PacketType, ABadTypeRaisesToTheCaller)
+{
+    test::ScratchProgramFolder folder;
+    struct Case {
+        std::string packet;
+        int error;
+    } const cases[] = {
+        { "PKT_TYPE=abc<STX>SECTION=0<STX><EOT>"_w, err::TypeMismatch }, { "PKT_TYPE=<STX><EOT>"_w, err::TypeMismatch },
+        { "PKT_TYPE=100000<STX><EOT>"_w, err::Overflow },
+        { "PKT_TYPE=120<EOT>"_w, err::InvalidProcedureCall }, // no STX after the type
+        { "PKT_TYPE=", err::InvalidProcedureCall },
+        { "PKT_TYPE=1" + std::string(40000, '0') + "<STX>"_w, err::Overflow }, // STX past 32,767
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Type(c.packet); }), c.error) << c.packet.substr(0, 20);
+    EXPECT_FALSE(folder.exists("PacketError-Current.log"));
+}
+
+TEST(PacketField, ReadsTheFirstOccurrenceUpToTheNextStx)
+{
+    test::ScratchProgramFolder folder;
+    const std::string packet
+        = "PKT_TYPE=120<STX>SECTION=0<STX>DisplayRow=<STX>Port=3<STX>PrinterPort=LPT1<STX><ETX><EOT>"_w;
+    EXPECT_EQ(Get_Packet_Field(packet, "SECTION="), "0");
+    EXPECT_EQ(Get_Packet_Field(packet, "DisplayRow="), "");
+    EXPECT_EQ(Get_Packet_Field(packet, "Port="), "3");
+    EXPECT_EQ(Get_Packet_Field(packet, "PrinterPort="), "LPT1");
+    // A short key that is the tail of a longer one is found inside the longer one when it
+    // comes second: the order of fields on the wire matters.
+    EXPECT_EQ(Get_Packet_Field("PrinterPort=LPT1<STX>Port=3<STX>"_w, "Port="), "LPT1");
+    EXPECT_FALSE(folder.exists("PacketError-Current.log"));
+}
+
+TEST(PacketField, AMissingKeyIsLoggedAndReturnsTextFromTheStart)
+{
+    test::ScratchProgramFolder folder;
+    const std::string packet = "PKT_TYPE=100<STX>SECTION=1<STX>Port=3<STX><EOT>"_w;
+    // "Baud=" has five characters: the value is taken from position 5 up to the first STX.
+    EXPECT_EQ(Get_Packet_Field(packet, "Baud="), "TYPE=100");
+    // No STX after the value: both lines are logged and the negative length raises.
+    EXPECT_EQ(errorNumberRaisedBy([] { Get_Packet_Field("PKT_TYPE=100<EOT>"_w, "WorkstationName="); }),
+        err::InvalidProcedureCall);
+
+    const std::string when = test::ScratchProgramFolder::momentText();
+    const std::vector<std::string> expected = {
+        "Packet Error Location 501 Error finding start in packet. " + when,
+        "Packet Error Location 501 Error finding start in packet. " + when,
+        "Packet Error Location 501 Error finding  delimeter in packet. " + when,
+    };
+    EXPECT_EQ(folder.lines("PacketError-Current.log"), expected);
+}
+
+TEST(PacketField, PositionsPast32767Overflow)
+{
+    test::ScratchProgramFolder folder;
+    const std::string filler(40000, 'x');
+    const std::string early = "PKT_TYPE=120<STX>Early=1<STX>Filler="_w + filler + "<STX>Late=2<STX><EOT>"_w;
+    EXPECT_EQ(Get_Packet_Field(early, "Early="), "1");
+    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(early, "Late="); }), err::Overflow);
+    // Found early, but its STX lies past the limit.
+    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(early, "Filler="); }), err::Overflow);
+    // A key that ends just before the limit still reads.
+    const std::string edge = std::string(32750, 'y') + "Key=" + "ab<STX>"_w;
+    EXPECT_EQ(Get_Packet_Field(edge, "Key="), "ab");
+}
+
+} // namespace
+} // namespace corvane

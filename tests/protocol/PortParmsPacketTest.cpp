@@ -1,0 +1,235 @@
+#include "protocol/PortParmsPacket.h"
+#include "protocol/Framing.h"
+#include "support/ScratchProgramFolder.h"
+#include "support/Wire.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::operator""_w;
+using test::errorNumberRaisedBy;
+
+// A port whose every field holds a value of its own, so a field sent or read under the wrong
+// key shows up.
+PortCommParms distinctCommParms()
+{
+    PortCommParms p;
+    std::int16_t next = 1;
+    for (std::int16_t section = 1; section <= 5; ++section)
+        for (const auto& field : commParmsSection(section)) {
+            if (field.encoding == Encoding::Bool)
+                p.*field.int16 = (next++ % 2) ? TrueValue : FalseValue;
+            else if (field.int16)
+                p.*field.int16 = static_cast<std::int16_t>(next++ * 7 - 40);
+            else
+                p.*field.text = std::string(field.key.substr(0, field.key.size() - 1)) + " value";
+        }
+    p.ProgQualifier = "O1234     ";
+    p.RequestCode = "%";
+    p.EnableRemotePrinting = TrueValue;
+    p.PrinterPort = "Shop Printer";
+    return p;
+}
+
+DataCollectionParms distinctDataCollection()
+{
+    return { 1, 1, 1, 2, "Office", "%START", "%END", 900, "O", "PRINT", "C:\\DATA\\CELL 4", 1, 1, 0 };
+}
+
+PortParmsTables tablesWith(std::int16_t port, const PortCommParms& comm, const DataCollectionParms& dc)
+{
+    PortParmsTables t;
+    t.resize();
+    t.PortCommParmsTable[static_cast<std::size_t>(port)] = comm;
+    t.DataCollectionTable[static_cast<std::size_t>(port)] = dc;
+    return t;
+}
+
+TEST(PortParmsPacket, EverySectionRoundTripsThroughThePacket)
+{
+    test::ScratchProgramFolder folder;
+    for (std::int16_t port : { std::int16_t{ 0 }, std::int16_t{ 57 }, std::int16_t{ 127 } }) {
+        auto sender = tablesWith(port, distinctCommParms(), distinctDataCollection());
+        PortParmsTables receiver;
+        receiver.resize();
+        for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section)
+            Extract_Port_Parms_Packet(Build_Port_Parms_Packet(section, port, sender) + EOT, receiver);
+
+        PortCommParms expected = sender.PortCommParmsTable[static_cast<std::size_t>(port)];
+        expected.EnableRemotePrinting = 0; // never taken from the host
+        EXPECT_EQ(receiver.PortCommParmsTable[static_cast<std::size_t>(port)], expected) << "port " << port;
+        // The date, advanced-file and advanced-print options are not among section 6's keys:
+        // they never travel, and the receiver keeps its own.
+        DataCollectionParms expectedDc = distinctDataCollection();
+        expectedDc.AppendDateAndTime = expectedDc.UseAdvancedFileOptions = expectedDc.UseAdvancedPrintOptions = 0;
+        EXPECT_EQ(receiver.DataCollectionTable[static_cast<std::size_t>(port)], expectedDc) << "port " << port;
+        EXPECT_EQ(receiver.PortCommParmsTable[static_cast<std::size_t>(port == 0 ? 1 : 0)], PortCommParms{});
+    }
+    EXPECT_FALSE(folder.exists("PacketError-Current.log"));
+}
+
+TEST(PortParmsPacket, SectionsGoOutInWireOrderWithoutEtx)
+{
+    PortCommParms p;
+    p.wstat_name = "MILL 3";
+    p.Baud = 6;
+    p.Machine_Category_Id = -2;
+    p.ProgQualifier = "O";
+    p.RequestCode = "";
+    p.FileNotFoundMsgSet = TrueValue;
+    auto t = tablesWith(12, p, {});
+
+    EXPECT_EQ(Build_Port_Parms_Packet(1, 12, t),
+        "<SOH>PKT_TYPE=100<STX>SECTION=1<STX>Port=12<STX>wstat_name=MILL 3<STX>Port_No=0<STX>"
+        "Baud=6<STX>"
+        "DataType=0<STX>"
+        "DataBits=0<STX>Parity=0<STX>StopBits=0<STX>SpecificProtocol=0<STX>"
+        "EobConversion=0<STX>Handshaking=0<STX>Machine_Unique_Id=0<STX>Machine_Category_Id=-2<STX>"_w);
+    EXPECT_EQ(Build_Port_Parms_Packet(2, 12, t),
+        "<SOH>PKT_TYPE=100<STX>SECTION=2<STX>Port=12<STX>ProgQualifier=O         <STX>"
+        "ContinuousFeedString=<STX>RequestCode= <STX>Remote_Req=0<STX>RedirectCode=0<STX>"
+        "FileNotFoundMsgSet=True<STX>"
+        "FileNotFoundMessage=<STX>"_w);
+    EXPECT_EQ(Build_Port_Parms_Packet(6, 12, t),
+        "<SOH>PKT_TYPE=100<STX>SECTION=6<STX>Port=12<STX>"
+        "ExtractData=0<STX>"
+        "DataStreamOption=0<STX>"
+        "FileNameOption=0<STX>PrintOption=0<STX>SelectedPrinter=<STX>"
+        "DataStartString=<STX>"
+        "DataTerminationString=<STX>MaxDataSegment=0<STX>"
+        "FileNameString=<STX>PrintCommandString=<STX>SaveToFolder=<STX>"_w);
+    EXPECT_EQ(Build_Port_Parms_Packet(7, 12, t), "<SOH>PKT_TYPE=100<STX>SECTION=7<STX>Port=12<STX>"_w);
+    EXPECT_EQ(Build_Port_Parms_Packet(0, 999, t), "<SOH>PKT_TYPE=100<STX>SECTION=0<STX>Port=999<STX>"_w);
+}
+
+TEST(PortParmsPacket, PrinterRuleOfSectionThree)
+{
+    struct Case {
+        const char* name;
+        std::int16_t enabled;
+        std::string recordPort;
+        std::vector<std::string> printers;
+        std::string sent;
+        std::string recordAfter;
+    } const cases[] = {
+        { "off sends the port empty", 0, "Shop Printer", { "Laser" }, "False<STX>PrinterPort=<STX>"_w, "Shop Printer" },
+        { "on sends the record's port", -1, "Shop Printer", { "Laser" }, "True<STX>PrinterPort=Shop Printer<STX>"_w,
+            "Shop Printer" },
+        { "on without a port takes the first printer", -1, "", { "Laser", "Plotter" },
+            "True<STX>PrinterPort=Laser<STX>"_w, "Laser" },
+        { "on without a port or printers sends it empty", -1, "", {}, "True<STX>PrinterPort=<STX>"_w, "" },
+    };
+    for (const auto& c : cases) {
+        PortCommParms p;
+        p.EnableRemotePrinting = c.enabled;
+        p.PrinterPort = c.recordPort;
+        auto t = tablesWith(3, p, {});
+        t.PrinterNames = c.printers;
+        const std::string packet = Build_Port_Parms_Packet(3, 3, t);
+        const std::string tail = "EnableRemotePrinting=" + c.sent;
+        EXPECT_EQ(packet.substr(packet.size() - std::min(packet.size(), tail.size())), tail) << c.name;
+        EXPECT_EQ(t.PortCommParmsTable[3].PrinterPort, c.recordAfter) << c.name;
+    }
+}
+
+TEST(PortParmsPacket, ReceivedFieldsAreFittedToTheirWidths)
+{
+    test::ScratchProgramFolder folder;
+    PortParmsTables t;
+    t.resize();
+    t.PortCommParmsTable[5].EnableRemotePrinting = 0;
+    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=2<STX>Port=5<STX>ProgQualifier=ABCDEFGHIJKL<STX>"
+                              "ContinuousFeedString=%<STX>RequestCode=<STX>Remote_Req=2<STX>RedirectCode=65<STX>"
+                              "FileNotFoundMsgSet=1<STX>"
+                              "FileNotFoundMessage=NOT FOUND<STX><EOT>"_w,
+        t);
+    const auto& p = t.PortCommParmsTable[5];
+    EXPECT_EQ(p.ProgQualifier, "ABCDEFGHIJ");
+    EXPECT_EQ(p.RequestCode, " ");
+    EXPECT_EQ(p.FileNotFoundMsgSet, TrueValue); // a number is accepted for a boolean
+    EXPECT_EQ(p.RedirectCode, 65);
+
+    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=6<STX>Port=5<STX>"
+                              "ExtractData=1<STX>"
+                              "DataStreamOption=0<STX>"
+                              "FileNameOption=0<STX>PrintOption=0<STX>SelectedPrinter=<STX>"
+                              "DataStartString=<STX>"
+                              "DataTerminationString=<STX>MaxDataSegment=100000<STX>"
+                              "FileNameString=<STX>PrintCommandString=<STX>SaveToFolder=<STX><EOT>"_w,
+        t);
+    EXPECT_EQ(t.DataCollectionTable[5].MaxDataSegment, 100000);
+    EXPECT_FALSE(folder.exists("PacketError-Current.log"));
+}
+
+TEST(PortParmsPacket, EnableRemotePrintingIsNeverTakenFromTheHost)
+{
+    test::ScratchProgramFolder folder;
+    PortCommParms own = distinctCommParms();
+    own.EnableRemotePrinting = 0;
+    auto host = tablesWith(9, own, {});
+    host.PortCommParmsTable[9].EnableRemotePrinting = TrueValue;
+    const std::string packet = Build_Port_Parms_Packet(3, 9, host) + EOT;
+    ASSERT_NE(packet.find("EnableRemotePrinting=True"), std::string::npos);
+
+    auto terminal = tablesWith(9, own, {});
+    Extract_Port_Parms_Packet(packet, terminal);
+    EXPECT_EQ(terminal.PortCommParmsTable[9].EnableRemotePrinting, 0);
+}
+
+TEST(PortParmsPacket, ABadFieldStopsTheTakingApartThereAndKeepsEarlierFields)
+{
+    test::ScratchProgramFolder folder;
+    struct Case {
+        const char* name;
+        std::string packet;
+        int error;
+        std::int16_t baud; // stored before the bad field
+        std::int16_t dataType; // after it: keeps the old value 9
+    } const cases[] = {
+        { "int16 overflow",
+            "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>"
+            "Baud=3<STX>"
+            "DataType=100000<STX><EOT>"_w,
+            err::Overflow, 3, 9 },
+        { "not a number",
+            "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>"
+            "Baud=5<STX>"
+            "DataType=ISO<STX><EOT>"_w,
+            err::TypeMismatch, 5, 9 },
+        { "missing key",
+            "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>"
+            "Baud=7<STX><EOT>"_w,
+            err::TypeMismatch, 7, 9 },
+    };
+    for (const auto& c : cases) {
+        PortParmsTables t;
+        t.resize();
+        t.PortCommParmsTable[4].DataType = 9;
+        EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Port_Parms_Packet(c.packet, t); }), c.error) << c.name;
+        EXPECT_EQ(t.PortCommParmsTable[4].wstat_name, "X") << c.name;
+        EXPECT_EQ(t.PortCommParmsTable[4].Baud, c.baud) << c.name;
+        EXPECT_EQ(t.PortCommParmsTable[4].DataType, 9) << c.name;
+    }
+}
+
+TEST(PortParmsPacket, PortsWithoutARecordAndUnknownSections)
+{
+    PortParmsTables t;
+    t.resize();
+    EXPECT_EQ(errorNumberRaisedBy([&] { Build_Port_Parms_Packet(1, 128, t); }), err::SubscriptOutOfRange);
+    EXPECT_EQ(errorNumberRaisedBy([&] { Build_Port_Parms_Packet(6, -1, t); }), err::SubscriptOutOfRange);
+    EXPECT_EQ(errorNumberRaisedBy([&] {
+        Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=5<STX>Port=128<STX>SendConfirmFile=True<STX><EOT>"_w, t);
+    }),
+        err::SubscriptOutOfRange);
+
+    const PortParmsTables before = t;
+    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=7<STX>Port=1<STX>wstat_name=Z<STX><EOT>"_w, t);
+    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=0<STX>Port=1<STX>wstat_name=Z<STX><EOT>"_w, t);
+    EXPECT_EQ(t.PortCommParmsTable, before.PortCommParmsTable);
+}
+
+} // namespace
+} // namespace corvane

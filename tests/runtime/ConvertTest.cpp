@@ -1,0 +1,101 @@
+#include "runtime/Convert.h"
+#include "support/ScratchProgramFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::errorNumberRaisedBy;
+
+struct IntCase {
+    const char* text;
+    int expected;
+};
+
+TEST(Convert, TextToInt16AcceptsWhatTheRuntimeAccepts)
+{
+    const IntCase cases[] = {
+        { "0", 0 },
+        { "-1", -1 },
+        { " 42 ", 42 },
+        { "\t7", 7 },
+        { "+7", 7 },
+        { "32767", 32767 },
+        { "-32768", -32768 },
+        { "2.5", 2 },
+        { "3.5", 4 },
+        { "-2.5", -2 },
+        { "1e3", 1000 },
+        { "1D2", 100 },
+        { "&HFFFF", -1 },
+        { "&h7f", 127 },
+        { "&O17", 15 },
+        { "True", -1 },
+        { "false", 0 },
+        { "007", 7 },
+        { "32767.4", 32767 },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(textToInt16(c.text), c.expected) << '"' << c.text << '"';
+}
+
+TEST(Convert, BadTextRaisesTypeMismatchAndLargeValuesOverflow)
+{
+    const IntCase cases[] = {
+        { "", err::TypeMismatch },
+        { "   ", err::TypeMismatch },
+        { "abc", err::TypeMismatch },
+        { "12abc", err::TypeMismatch },
+        { "1 2", err::TypeMismatch },
+        { "-", err::TypeMismatch },
+        { ".", err::TypeMismatch },
+        { "1e", err::TypeMismatch },
+        { "&HG", err::TypeMismatch },
+        { "32768", err::Overflow },
+        { "-32769", err::Overflow },
+        { "100000", err::Overflow },
+        { "1e10", err::Overflow },
+        { "&H10000", err::Overflow },
+        { "32767.5", err::Overflow },
+        { "1e999", err::Overflow },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(errorNumberRaisedBy([&] { textToInt16(c.text); }), c.expected) << '"' << c.text << '"';
+}
+
+TEST(Convert, Int32TakesWhatInt16CannotHold)
+{
+    EXPECT_EQ(textToInt32("100000"), 100000);
+    EXPECT_EQ(textToInt32("-2147483648"), INT32_MIN);
+    EXPECT_EQ(textToInt32("&HFFFFFFFF"), -1);
+    EXPECT_EQ(errorNumberRaisedBy([] { textToInt32("2147483648"); }), err::Overflow);
+    EXPECT_EQ(errorNumberRaisedBy([] { textToInt32("x"); }), err::TypeMismatch);
+}
+
+TEST(Convert, BooleansAreSixteenBitWithTrueAllBitsSet)
+{
+    const IntCase cases[]
+        = { { "True", -1 }, { "FALSE", 0 }, { " true ", -1 }, { "0", 0 }, { "2", -1 }, { "-1", -1 }, { "0.0", 0 } };
+    for (const auto& c : cases)
+        EXPECT_EQ(textToBool(c.text), c.expected) << '"' << c.text << '"';
+    for (const char* bad : { "", "yes", "T", "Truee" })
+        EXPECT_EQ(errorNumberRaisedBy([&] { textToBool(bad); }), err::TypeMismatch) << '"' << bad << '"';
+    EXPECT_EQ(boolText(TrueValue), "True");
+    EXPECT_EQ(boolText(1), "True");
+    EXPECT_EQ(boolText(FalseValue), "False");
+}
+
+TEST(Convert, DoublesAndNarrowing)
+{
+    EXPECT_DOUBLE_EQ(textToDouble("4.12"), 4.12);
+    EXPECT_LT(textToDouble("4.11"), textToDouble("4.12"));
+    EXPECT_DOUBLE_EQ(textToDouble("1e-999"), 0.0);
+    EXPECT_EQ(errorNumberRaisedBy([] { textToDouble("4.12.1"); }), err::TypeMismatch);
+    EXPECT_EQ(toInt16(-32768), -32768);
+    EXPECT_EQ(errorNumberRaisedBy([] { toInt16(32768); }), err::Overflow);
+    EXPECT_EQ(errorNumberRaisedBy([] { toInt32(INT64_C(1) << 31); }), err::Overflow);
+}
+
+} // namespace
+} // namespace corvane

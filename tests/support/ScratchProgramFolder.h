@@ -1,0 +1,90 @@
+#pragma once
+
+#include "runtime/DateTimeText.h"
+#include "runtime/RunTimeError.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+
+// A throw-away program folder (CORVANE_PROGRAM_DIR) and a clock stopped at a known moment, so
+// that the logs a test provokes land in a folder of its own with predictable lines.
+class ScratchProgramFolder {
+public:
+    static constexpr DateTime Moment{ 2026, 11, 15, 2, 16, 36 };
+
+    ScratchProgramFolder()
+    {
+        std::random_device seed;
+        path_ = std::filesystem::temp_directory_path() / ("corvane-test-" + std::to_string(seed()));
+        std::filesystem::create_directories(path_);
+        setenv("CORVANE_PROGRAM_DIR", path_.c_str(), 1);
+        setClock([] { return Moment; });
+    }
+    ~ScratchProgramFolder()
+    {
+        setClock({});
+        unsetenv("CORVANE_PROGRAM_DIR");
+        std::error_code ec;
+        std::filesystem::remove_all(path_, ec);
+    }
+    ScratchProgramFolder(const ScratchProgramFolder&) = delete;
+    ScratchProgramFolder& operator=(const ScratchProgramFolder&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path file(const std::string& name) const { return path_ / name; }
+    bool exists(const std::string& name) const { return std::filesystem::exists(file(name)); }
+
+    std::string read(const std::string& name) const
+    {
+        std::ifstream in(file(name), std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+
+    void write(const std::string& name, const std::string& content) const
+    {
+        std::ofstream(file(name), std::ios::binary) << content;
+    }
+
+    // The file's lines, each of which must end in CR LF.
+    std::vector<std::string> lines(const std::string& name) const
+    {
+        const std::string text = read(name);
+        std::vector<std::string> out;
+        std::size_t from = 0;
+        for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", from)) {
+            out.push_back(text.substr(from, at - from));
+            from = at + 2;
+        }
+        EXPECT_EQ(from, text.size()) << name << " has text after its last CR LF";
+        return out;
+    }
+
+    static std::string momentText() { return generalDateText(Moment); }
+
+private:
+    std::filesystem::path path_;
+};
+
+// Runs `body` and returns the run-time error number it raised, or 0 when it raised none.
+template <typename Body> int errorNumberRaisedBy(Body&& body)
+{
+    try {
+        body();
+    } catch (const RunTimeError& e) {
+        return e.number();
+    }
+    return 0;
+}
+
+} // namespace corvane::test
