@@ -53,7 +53,8 @@ void Log_Packet_Error(std::string_view message)
         rotateIfFull(current, previousPacketLogPath());
         std::string line = "Packet Error Location " + std::to_string(PacketLogLocation) + " ";
         line.append(message);
-        line += " " + generalDateText(now());
+        line += ' ';
+        line += generalDateText(now());
         if (const int error = appendLogLine(current, line))
             raise(error);
     } catch (const std::exception& e) {
