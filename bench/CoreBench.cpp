@@ -80,6 +80,7 @@ void BM_StatusReply(benchmark::State& state)
         benchmark::DoNotOptimize(table.data());
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * chunk.size()));
+    state.counters["packet_bytes"] = static_cast<double>(chunk.size());
 }
 BENCHMARK(BM_StatusReply);
 
@@ -104,6 +105,7 @@ void BM_ExtractSection(benchmark::State& state)
         benchmark::DoNotOptimize(target.PortCommParmsTable.data());
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * packet.size()));
+    state.counters["packet_bytes"] = static_cast<double>(packet.size());
 }
 BENCHMARK(BM_ExtractSection)->DenseRange(1, 6);
 
