@@ -95,12 +95,11 @@ inline constexpr int PortCount = 128;
 
 // Rates of the `Baud` indexes 0-14.
 inline constexpr std::array<std::int32_t, 15> BaudRates
-    = { 110, 300, 600, 1200, 2400, 4800, 9600, 14400, 19200, 38400, 56000, 57600, 115200, 128000, 256000 };
+    = {110, 300, 600, 1200, 2400, 4800, 9600, 14400, 19200, 38400, 56000, 57600, 115200, 128000, 256000};
 
 // Captions of the `EobConversion` indexes 0-6, blanks as the lists show them.
-inline constexpr std::array<std::string_view, 7> EndOfBlockCaptions
-    = { "CR LF        (default)", "LF              (10)", "CR             (13)", "LF CR CR  (10 13 13)",
-          "$ CR LF     (36 13 10)", "No Conversion", "LF CR        (10 13)" };
+inline constexpr std::array<std::string_view, 7> EndOfBlockCaptions = {"CR LF        (default)", "LF              (10)",
+    "CR             (13)", "LF CR CR  (10 13 13)", "$ CR LF     (36 13 10)", "No Conversion", "LF CR        (10 13)"};
 
 // Every port's records, indexed by port number as the main screen's rows number them (from 0),
 // and the installed printers that remote printing falls back on.

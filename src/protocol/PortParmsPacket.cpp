@@ -14,19 +14,19 @@ using Dc = DataCollectionParms;
 
 template <typename R> constexpr FieldSpec<R> i16(std::string_view key, std::int16_t R::*field)
 {
-    return { .key = key, .encoding = Encoding::Int16, .int16 = field };
+    return {.key = key, .encoding = Encoding::Int16, .int16 = field};
 }
 template <typename R> constexpr FieldSpec<R> flag(std::string_view key, std::int16_t R::*field)
 {
-    return { .key = key, .encoding = Encoding::Bool, .int16 = field };
+    return {.key = key, .encoding = Encoding::Bool, .int16 = field};
 }
 template <typename R> constexpr FieldSpec<R> text(std::string_view key, std::string R::*field)
 {
-    return { .key = key, .encoding = Encoding::Text, .text = field };
+    return {.key = key, .encoding = Encoding::Text, .text = field};
 }
 template <typename R> constexpr FieldSpec<R> fixed(std::string_view key, std::string R::*field, std::size_t width)
 {
-    return { .key = key, .encoding = Encoding::Fixed, .text = field, .width = width };
+    return {.key = key, .encoding = Encoding::Fixed, .text = field, .width = width};
 }
 
 constexpr std::array<FieldSpec<Comm>, 12> Section1 = {
@@ -54,11 +54,10 @@ constexpr std::array<FieldSpec<Comm>, 7> Section2 = {
     text("FileNotFoundMessage=", &Comm::FileNotFoundMessage),
 };
 // The host's section 2 is read qualifier, request code, feed string, then the rest in order.
-constexpr std::array<std::size_t, 7> Section2ReadOrder = { 0, 2, 1, 3, 4, 5, 6 };
+constexpr std::array<std::size_t, 7> Section2ReadOrder = {0, 2, 1, 3, 4, 5, 6};
 
 constexpr FieldSpec<Comm> EnableRemotePrintingField = {
-    .key = "EnableRemotePrinting=", .encoding = Encoding::Bool, .int16 = &Comm::EnableRemotePrinting, .sentOnly = true
-};
+    .key = "EnableRemotePrinting=", .encoding = Encoding::Bool, .int16 = &Comm::EnableRemotePrinting, .sentOnly = true};
 
 constexpr std::array<FieldSpec<Comm>, 28> Section3 = {
     i16("CompressComment=", &Comm::CompressComment),
@@ -128,7 +127,7 @@ constexpr std::array<FieldSpec<Dc>, 11> Section6 = {
     text("SelectedPrinter=", &Dc::SelectedPrinter),
     text("DataStartString=", &Dc::DataStartString),
     text("DataTerminationString=", &Dc::DataTerminationString),
-    FieldSpec<Dc>{ .key = "MaxDataSegment=", .encoding = Encoding::Int32, .int32 = &Dc::MaxDataSegment },
+    FieldSpec<Dc>{.key = "MaxDataSegment=", .encoding = Encoding::Int32, .int32 = &Dc::MaxDataSegment},
     text("FileNameString=", &Dc::FileNameString),
     text("PrintCommandString=", &Dc::PrintCommandString),
     text("SaveToFolder=", &Dc::SaveToFolder),

@@ -66,24 +66,24 @@ DateTimeFormat dateTimeFormatFor(std::string_view localeName)
     const std::string_view language = name.substr(0, name.find('_'));
     if (name == "en_GB" || name == "en_IE" || name == "en_AU" || name == "en_NZ" || language == "fr"
         || language == "it")
-        return { "dd/MM/yyyy", "HH:mm:ss" };
+        return {"dd/MM/yyyy", "HH:mm:ss"};
     if (language == "es" || language == "pt")
-        return { "dd/MM/yyyy", "H:mm:ss" };
+        return {"dd/MM/yyyy", "H:mm:ss"};
     if (language == "de" || language == "pl" || language == "ru" || language == "cs" || language == "fi")
-        return { "dd.MM.yyyy", "HH:mm:ss" };
+        return {"dd.MM.yyyy", "HH:mm:ss"};
     if (language == "nl")
-        return { "d-M-yyyy", "HH:mm:ss" };
+        return {"d-M-yyyy", "HH:mm:ss"};
     if (language == "sv" || name == "en_CA")
-        return { "yyyy-MM-dd", "HH:mm:ss" };
+        return {"yyyy-MM-dd", "HH:mm:ss"};
     if (language == "ja" || language == "zh")
-        return { "yyyy/MM/dd", "H:mm:ss" };
-    return { "M/d/yyyy", "h:mm:ss tt" };
+        return {"yyyy/MM/dd", "H:mm:ss"};
+    return {"M/d/yyyy", "h:mm:ss tt"};
 }
 
 const DateTimeFormat& systemDateTimeFormat()
 {
     static const DateTimeFormat format = [] {
-        for (const char* variable : { "LC_ALL", "LC_TIME", "LANG" }) {
+        for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
             const char* value = std::getenv(variable);
             if (value && *value)
                 return dateTimeFormatFor(value);
@@ -117,7 +117,7 @@ DateTime now()
 #else
     localtime_r(&seconds, &local);
 #endif
-    return { local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec };
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
 }
 
 void setClock(std::function<DateTime()> clock)

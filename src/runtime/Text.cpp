@@ -46,6 +46,25 @@ std::string_view right(std::string_view text, std::int64_t length)
     return text.substr(text.size() - n);
 }
 
+std::string upperCase(std::string_view text)
+{
+    std::string out(text);
+    for (char& c : out) {
+        const auto b = static_cast<unsigned char>(c);
+        if ((b >= 'a' && b <= 'z') || (b >= 0xE0 && b <= 0xFE && b != 0xF7))
+            c = static_cast<char>(b - 0x20);
+    }
+    return out;
+}
+
+std::string_view trimBlanks(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
 std::string fixedWidth(std::string_view text, std::size_t width)
 {
     std::string out(text.substr(0, width));

@@ -19,6 +19,12 @@ std::string_view mid(std::string_view text, std::int64_t start, std::int64_t len
 std::string_view left(std::string_view text, std::int64_t length);
 std::string_view right(std::string_view text, std::int64_t length);
 
+// Upper case as the runtime makes it for single-byte text: a-z and the Latin-1 letters.
+std::string upperCase(std::string_view text);
+
+// The text without leading and trailing blanks (blanks only, not tabs).
+std::string_view trimBlanks(std::string_view text);
+
 // The text padded with blanks or cut to exactly `width` characters (a fixed-length string).
 std::string fixedWidth(std::string_view text, std::size_t width);
 

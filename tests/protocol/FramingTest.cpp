@@ -20,23 +20,22 @@ TEST(Framing, ChunksJoinIntoPacketsOnTheirFirstAndLastCharacter)
         std::vector<bool> completeAfter;
         std::string completed;
     } const cases[] = {
-        { "whole", { "<SOH>"_w + Status }, { true }, Status },
-        { "three chunks", { "<SOH>PKT_TYPE=120<STX>"_w, "SECTION=0<STX>WorkstationName="_w, "LATHE 1<STX><EOT>"_w },
-            { false, false, true }, Status },
-        { "new SOH drops a half packet", { "<SOH>PKT_TYPE=999<STX>half"_w, "<SOH>"_w + Status }, { false, true },
-            Status },
-        { "SOH inside a chunk does not restart", { "<SOH>PKT_TYPE=1<STX>"_w, "x<SOH>PKT_TYPE=2<STX><EOT>"_w },
-            { false, true }, "PKT_TYPE=1<STX>x<SOH>PKT_TYPE=2<STX><EOT>"_w },
-        { "EOT inside a chunk does not end",
-            { "<SOH>"
-              "a<EOT>"
-              "b"_w },
-            { false }, "" },
-        { "continuation without SOH", { "tail<EOT>"_w }, { true }, "tail<EOT>"_w },
-        { "two packets joined in one chunk are one text",
-            { "<SOH>PKT_TYPE=120<STX>SECTION=0<STX><EOT><SOH>PKT_TYPE=170<STX>SECTION=0<STX><EOT>"_w }, { true },
-            "PKT_TYPE=120<STX>SECTION=0<STX><EOT><SOH>PKT_TYPE=170<STX>SECTION=0<STX><EOT>"_w },
-        { "an empty chunk clears the flag", { "<SOH>"_w + Status, "" }, { true, false }, Status },
+        {"whole", {"<SOH>"_w + Status}, {true}, Status},
+        {"three chunks", {"<SOH>PKT_TYPE=120<STX>"_w, "SECTION=0<STX>WorkstationName="_w, "LATHE 1<STX><EOT>"_w},
+            {false, false, true}, Status},
+        {"new SOH drops a half packet", {"<SOH>PKT_TYPE=999<STX>half"_w, "<SOH>"_w + Status}, {false, true}, Status},
+        {"SOH inside a chunk does not restart", {"<SOH>PKT_TYPE=1<STX>"_w, "x<SOH>PKT_TYPE=2<STX><EOT>"_w},
+            {false, true}, "PKT_TYPE=1<STX>x<SOH>PKT_TYPE=2<STX><EOT>"_w},
+        {"EOT inside a chunk does not end",
+            {"<SOH>"
+             "a<EOT>"
+             "b"_w},
+            {false}, ""},
+        {"continuation without SOH", {"tail<EOT>"_w}, {true}, "tail<EOT>"_w},
+        {"two packets joined in one chunk are one text",
+            {"<SOH>PKT_TYPE=120<STX>SECTION=0<STX><EOT><SOH>PKT_TYPE=170<STX>SECTION=0<STX><EOT>"_w}, {true},
+            "PKT_TYPE=120<STX>SECTION=0<STX><EOT><SOH>PKT_TYPE=170<STX>SECTION=0<STX><EOT>"_w},
+        {"an empty chunk clears the flag", {"<SOH>"_w + Status, ""}, {true, false}, Status},
     };
     for (const auto& c : cases) {
         PacketReceiver receiver;
@@ -100,11 +99,11 @@ TEST(PacketType, ABadTypeRaisesToTheCaller)
         std::string packet;
         int error;
     } const cases[] = {
-        { "PKT_TYPE=abc<STX>SECTION=0<STX><EOT>"_w, err::TypeMismatch }, { "PKT_TYPE=<STX><EOT>"_w, err::TypeMismatch },
-        { "PKT_TYPE=100000<STX><EOT>"_w, err::Overflow },
-        { "PKT_TYPE=120<EOT>"_w, err::InvalidProcedureCall }, // no STX after the type
-        { "PKT_TYPE=", err::InvalidProcedureCall },
-        { "PKT_TYPE=1" + std::string(40000, '0') + "<STX>"_w, err::Overflow }, // STX past 32,767
+        {"PKT_TYPE=abc<STX>SECTION=0<STX><EOT>"_w, err::TypeMismatch}, {"PKT_TYPE=<STX><EOT>"_w, err::TypeMismatch},
+        {"PKT_TYPE=100000<STX><EOT>"_w, err::Overflow},
+        {"PKT_TYPE=120<EOT>"_w, err::InvalidProcedureCall}, // no STX after the type
+        {"PKT_TYPE=", err::InvalidProcedureCall},
+        {"PKT_TYPE=1" + std::string(40000, '0') + "<STX>"_w, err::Overflow}, // STX past 32,767
     };
     for (const auto& c : cases)
         EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Type(c.packet); }), c.error) << c.packet.substr(0, 20);

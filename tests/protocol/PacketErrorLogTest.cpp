@@ -16,10 +16,10 @@ TEST(PacketErrorLog, RotatesOnlyAboveTenThousandBytes)
         bool previousExists;
         bool rotates;
     } const cases[] = {
-        { 10000, false, false },
-        { 10000, true, false },
-        { 10001, false, true },
-        { 10001, true, true },
+        {10000, false, false},
+        {10000, true, false},
+        {10001, false, true},
+        {10001, true, true},
     };
     for (const auto& c : cases) {
         test::ScratchProgramFolder folder;
@@ -50,7 +50,7 @@ TEST(PacketErrorLog, AFaultOfTheLogGoesToTheFallbackLineAndTheMessageIsLost)
     Log_Packet_Error("Error finding start in packet.");
 
     const std::vector<std::string> expected
-        = { "Error Location 201 Err = 75 " + test::ScratchProgramFolder::momentText() };
+        = {"Error Location 201 Err = 75 " + test::ScratchProgramFolder::momentText()};
     EXPECT_EQ(folder.lines("error.log"), expected);
     EXPECT_FALSE(folder.exists(Previous));
     EXPECT_TRUE(std::filesystem::is_empty(folder.file(Current)));

@@ -35,7 +35,7 @@ PortCommParms distinctCommParms()
 
 DataCollectionParms distinctDataCollection()
 {
-    return { 1, 1, 1, 2, "Office", "%START", "%END", 900, "O", "PRINT", "C:\\DATA\\CELL 4", 1, 1, 0 };
+    return {1, 1, 1, 2, "Office", "%START", "%END", 900, "O", "PRINT", "C:\\DATA\\CELL 4", 1, 1, 0};
 }
 
 PortParmsTables tablesWith(std::int16_t port, const PortCommParms& comm, const DataCollectionParms& dc)
@@ -50,7 +50,7 @@ PortParmsTables tablesWith(std::int16_t port, const PortCommParms& comm, const D
 TEST(PortParmsPacket, EverySectionRoundTripsThroughThePacket)
 {
     test::ScratchProgramFolder folder;
-    for (std::int16_t port : { std::int16_t{ 0 }, std::int16_t{ 57 }, std::int16_t{ 127 } }) {
+    for (std::int16_t port : {std::int16_t{0}, std::int16_t{57}, std::int16_t{127}}) {
         auto sender = tablesWith(port, distinctCommParms(), distinctDataCollection());
         PortParmsTables receiver;
         receiver.resize();
@@ -114,12 +114,12 @@ TEST(PortParmsPacket, PrinterRuleOfSectionThree)
         std::string sent;
         std::string recordAfter;
     } const cases[] = {
-        { "off sends the port empty", 0, "Shop Printer", { "Laser" }, "False<STX>PrinterPort=<STX>"_w, "Shop Printer" },
-        { "on sends the record's port", -1, "Shop Printer", { "Laser" }, "True<STX>PrinterPort=Shop Printer<STX>"_w,
-            "Shop Printer" },
-        { "on without a port takes the first printer", -1, "", { "Laser", "Plotter" },
-            "True<STX>PrinterPort=Laser<STX>"_w, "Laser" },
-        { "on without a port or printers sends it empty", -1, "", {}, "True<STX>PrinterPort=<STX>"_w, "" },
+        {"off sends the port empty", 0, "Shop Printer", {"Laser"}, "False<STX>PrinterPort=<STX>"_w, "Shop Printer"},
+        {"on sends the record's port", -1, "Shop Printer", {"Laser"}, "True<STX>PrinterPort=Shop Printer<STX>"_w,
+            "Shop Printer"},
+        {"on without a port takes the first printer", -1, "", {"Laser", "Plotter"}, "True<STX>PrinterPort=Laser<STX>"_w,
+            "Laser"},
+        {"on without a port or printers sends it empty", -1, "", {}, "True<STX>PrinterPort=<STX>"_w, ""},
     };
     for (const auto& c : cases) {
         PortCommParms p;
@@ -188,20 +188,20 @@ TEST(PortParmsPacket, ABadFieldStopsTheTakingApartThereAndKeepsEarlierFields)
         std::int16_t baud; // stored before the bad field
         std::int16_t dataType; // after it: keeps the old value 9
     } const cases[] = {
-        { "int16 overflow",
+        {"int16 overflow",
             "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>"
             "Baud=3<STX>"
             "DataType=100000<STX><EOT>"_w,
-            err::Overflow, 3, 9 },
-        { "not a number",
+            err::Overflow, 3, 9},
+        {"not a number",
             "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>"
             "Baud=5<STX>"
             "DataType=ISO<STX><EOT>"_w,
-            err::TypeMismatch, 5, 9 },
-        { "missing key",
+            err::TypeMismatch, 5, 9},
+        {"missing key",
             "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>"
             "Baud=7<STX><EOT>"_w,
-            err::TypeMismatch, 7, 9 },
+            err::TypeMismatch, 7, 9},
     };
     for (const auto& c : cases) {
         PortParmsTables t;

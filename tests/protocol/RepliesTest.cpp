@@ -21,23 +21,23 @@ TEST(Replies, SplitKeepsEveryPieceIncludingTheLast)
 {
     EXPECT_EQ(Split_Records("a<ETX>"
                             "b<ETX><EOT>"_w),
-        (std::vector<std::string_view>{ "a", "b", "<EOT>"_w }));
-    EXPECT_EQ(Split_Records("abc"), (std::vector<std::string_view>{ "abc" }));
-    EXPECT_EQ(Split_Records(""), (std::vector<std::string_view>{ "" }));
+        (std::vector<std::string_view>{"a", "b", "<EOT>"_w}));
+    EXPECT_EQ(Split_Records("abc"), (std::vector<std::string_view>{"abc"}));
+    EXPECT_EQ(Split_Records(""), (std::vector<std::string_view>{""}));
 }
 
 TEST(Replies, StatusRowsAreFilledFromTheTopAndTheRestKeepTheirValues)
 {
     test::ScratchProgramFolder folder;
-    std::vector<PortStatusRecord> table(128, PortStatusRecord{ "old", "old", "old", "old", "old" });
+    std::vector<PortStatusRecord> table(128, PortStatusRecord{"old", "old", "old", "old", "old"});
     const std::string packet = "PKT_TYPE=120<STX>SECTION=0<STX>"_w + statusRecord("LATHE 1", "Idle") + ETX
         + statusRecord("MILL 2", "DC + FTP") + ETX + EOT;
 
     // The piece after the last ETX holds no fields: reading it fails after rows 0 and 1.
     EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Status_Packet(packet, table); }), err::InvalidProcedureCall);
-    EXPECT_EQ(table[0], (PortStatusRecord{ "LATHE 1", "O1000", "Idle", "512", "7" }));
+    EXPECT_EQ(table[0], (PortStatusRecord{"LATHE 1", "O1000", "Idle", "512", "7"}));
     EXPECT_EQ(table[1].Status, "DC + FTP");
-    EXPECT_EQ(table[2], (PortStatusRecord{ "old", "old", "old", "old", "old" }));
+    EXPECT_EQ(table[2], (PortStatusRecord{"old", "old", "old", "old", "old"}));
 }
 
 TEST(Replies, AStatusReplyLongerThanTheTableStopsAtItsBound)
@@ -65,8 +65,8 @@ TEST(Replies, MachineTypesReplaceTheTable)
     EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Machine_Types(packet, types, count); }), err::InvalidProcedureCall);
     EXPECT_EQ(count, 3);
     ASSERT_EQ(types.size(), 3u);
-    EXPECT_EQ(types[0], (MachineTypeRecord{ 70000, "Fanuc 0i", "C:\\NC\\FANUC", 'F' }));
-    EXPECT_EQ(types[1], (MachineTypeRecord{ 2, "Haas", "", ' ' }));
+    EXPECT_EQ(types[0], (MachineTypeRecord{70000, "Fanuc 0i", "C:\\NC\\FANUC", 'F'}));
+    EXPECT_EQ(types[1], (MachineTypeRecord{2, "Haas", "", ' '}));
 }
 
 } // namespace

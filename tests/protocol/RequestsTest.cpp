@@ -16,13 +16,13 @@ TEST(Requests, EveryBuilderSendsItsExactBytes)
         std::string built;
         std::string expected;
     } const cases[] = {
-        { Build_Status_Request(), "<SOH>PKT_TYPE=220<STX>SECTION=0<STX><ETX><EOT>"_w },
-        { Build_Version_Request(), "<SOH>PKT_TYPE=270<STX>SECTION=0<STX><ETX><EOT>"_w },
-        { Build_Update_Complete_Packet(), "<SOH>PKT_TYPE=301<STX>SECTION=0<STX><ETX><EOT>"_w },
-        { Build_Port_Parms_Request(4, 12), "<SOH>PKT_TYPE=200<STX>SECTION=4<STX>Port=12<STX><ETX><EOT>"_w },
-        { Build_Purge_Reset_Request(3), "<SOH>PKT_TYPE=302<STX>SECTION=0<STX>DisplayRow=3<STX><ETX><EOT>"_w },
-        { Build_Purge_Reset_Request(-1), "<SOH>PKT_TYPE=302<STX>SECTION=0<STX>DisplayRow=-1<STX><ETX><EOT>"_w },
-        { Build_Machine_Type_Request(0), "<SOH>PKT_TYPE=250<STX>SECTION=0<STX>DisplayRow=0<STX><ETX><EOT>"_w },
+        {Build_Status_Request(), "<SOH>PKT_TYPE=220<STX>SECTION=0<STX><ETX><EOT>"_w},
+        {Build_Version_Request(), "<SOH>PKT_TYPE=270<STX>SECTION=0<STX><ETX><EOT>"_w},
+        {Build_Update_Complete_Packet(), "<SOH>PKT_TYPE=301<STX>SECTION=0<STX><ETX><EOT>"_w},
+        {Build_Port_Parms_Request(4, 12), "<SOH>PKT_TYPE=200<STX>SECTION=4<STX>Port=12<STX><ETX><EOT>"_w},
+        {Build_Purge_Reset_Request(3), "<SOH>PKT_TYPE=302<STX>SECTION=0<STX>DisplayRow=3<STX><ETX><EOT>"_w},
+        {Build_Purge_Reset_Request(-1), "<SOH>PKT_TYPE=302<STX>SECTION=0<STX>DisplayRow=-1<STX><ETX><EOT>"_w},
+        {Build_Machine_Type_Request(0), "<SOH>PKT_TYPE=250<STX>SECTION=0<STX>DisplayRow=0<STX><ETX><EOT>"_w},
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.built, c.expected);

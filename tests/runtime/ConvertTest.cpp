@@ -16,25 +16,25 @@ struct IntCase {
 TEST(Convert, TextToInt16AcceptsWhatTheRuntimeAccepts)
 {
     const IntCase cases[] = {
-        { "0", 0 },
-        { "-1", -1 },
-        { " 42 ", 42 },
-        { "\t7", 7 },
-        { "+7", 7 },
-        { "32767", 32767 },
-        { "-32768", -32768 },
-        { "2.5", 2 },
-        { "3.5", 4 },
-        { "-2.5", -2 },
-        { "1e3", 1000 },
-        { "1D2", 100 },
-        { "&HFFFF", -1 },
-        { "&h7f", 127 },
-        { "&O17", 15 },
-        { "True", -1 },
-        { "false", 0 },
-        { "007", 7 },
-        { "32767.4", 32767 },
+        {"0", 0},
+        {"-1", -1},
+        {" 42 ", 42},
+        {"\t7", 7},
+        {"+7", 7},
+        {"32767", 32767},
+        {"-32768", -32768},
+        {"2.5", 2},
+        {"3.5", 4},
+        {"-2.5", -2},
+        {"1e3", 1000},
+        {"1D2", 100},
+        {"&HFFFF", -1},
+        {"&h7f", 127},
+        {"&O17", 15},
+        {"True", -1},
+        {"false", 0},
+        {"007", 7},
+        {"32767.4", 32767},
     };
     for (const auto& c : cases)
         EXPECT_EQ(textToInt16(c.text), c.expected) << '"' << c.text << '"';
@@ -43,22 +43,22 @@ TEST(Convert, TextToInt16AcceptsWhatTheRuntimeAccepts)
 TEST(Convert, BadTextRaisesTypeMismatchAndLargeValuesOverflow)
 {
     const IntCase cases[] = {
-        { "", err::TypeMismatch },
-        { "   ", err::TypeMismatch },
-        { "abc", err::TypeMismatch },
-        { "12abc", err::TypeMismatch },
-        { "1 2", err::TypeMismatch },
-        { "-", err::TypeMismatch },
-        { ".", err::TypeMismatch },
-        { "1e", err::TypeMismatch },
-        { "&HG", err::TypeMismatch },
-        { "32768", err::Overflow },
-        { "-32769", err::Overflow },
-        { "100000", err::Overflow },
-        { "1e10", err::Overflow },
-        { "&H10000", err::Overflow },
-        { "32767.5", err::Overflow },
-        { "1e999", err::Overflow },
+        {"", err::TypeMismatch},
+        {"   ", err::TypeMismatch},
+        {"abc", err::TypeMismatch},
+        {"12abc", err::TypeMismatch},
+        {"1 2", err::TypeMismatch},
+        {"-", err::TypeMismatch},
+        {".", err::TypeMismatch},
+        {"1e", err::TypeMismatch},
+        {"&HG", err::TypeMismatch},
+        {"32768", err::Overflow},
+        {"-32769", err::Overflow},
+        {"100000", err::Overflow},
+        {"1e10", err::Overflow},
+        {"&H10000", err::Overflow},
+        {"32767.5", err::Overflow},
+        {"1e999", err::Overflow},
     };
     for (const auto& c : cases)
         EXPECT_EQ(errorNumberRaisedBy([&] { textToInt16(c.text); }), c.expected) << '"' << c.text << '"';
@@ -75,11 +75,10 @@ TEST(Convert, Int32TakesWhatInt16CannotHold)
 
 TEST(Convert, BooleansAreSixteenBitWithTrueAllBitsSet)
 {
-    const IntCase cases[]
-        = { { "True", -1 }, { "FALSE", 0 }, { " true ", -1 }, { "0", 0 }, { "2", -1 }, { "-1", -1 }, { "0.0", 0 } };
+    const IntCase cases[] = {{"True", -1}, {"FALSE", 0}, {" true ", -1}, {"0", 0}, {"2", -1}, {"-1", -1}, {"0.0", 0}};
     for (const auto& c : cases)
         EXPECT_EQ(textToBool(c.text), c.expected) << '"' << c.text << '"';
-    for (const char* bad : { "", "yes", "T", "Truee" })
+    for (const char* bad : {"", "yes", "T", "Truee"})
         EXPECT_EQ(errorNumberRaisedBy([&] { textToBool(bad); }), err::TypeMismatch) << '"' << bad << '"';
     EXPECT_EQ(boolText(TrueValue), "True");
     EXPECT_EQ(boolText(1), "True");

@@ -19,7 +19,7 @@ namespace corvane::test {
 // that the logs a test provokes land in a folder of its own with predictable lines.
 class ScratchProgramFolder {
 public:
-    static constexpr DateTime Moment{ 2026, 11, 15, 2, 16, 36 };
+    static constexpr DateTime Moment{2026, 11, 15, 2, 16, 36};
 
     ScratchProgramFolder()
     {
@@ -33,6 +33,7 @@ public:
     {
         setClock({});
         unsetenv("CORVANE_PROGRAM_DIR");
+        unsetenv("CORVANE_ROOT");
         std::error_code ec;
         std::filesystem::remove_all(path_, ec);
     }
@@ -40,6 +41,15 @@ public:
     ScratchProgramFolder& operator=(const ScratchProgramFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
+
+    // Makes this folder the root the user store lies under (CORVANE_ROOT) and returns the
+    // store's path, its BRELLWICK folder created.
+    std::filesystem::path useAsStoreRoot() const
+    {
+        setenv("CORVANE_ROOT", path_.c_str(), 1);
+        std::filesystem::create_directories(path_ / "BRELLWICK");
+        return path_ / "BRELLWICK" / "BWKXBIDS.DAT";
+    }
     std::filesystem::path file(const std::string& name) const { return path_ / name; }
     bool exists(const std::string& name) const { return std::filesystem::exists(file(name)); }
 

@@ -10,7 +10,7 @@ namespace corvane::test {
 inline std::string wire(std::string_view text)
 {
     static constexpr std::pair<std::string_view, char> names[]
-        = { { "<SOH>", '\x01' }, { "<STX>", '\x02' }, { "<ETX>", '\x03' }, { "<EOT>", '\x04' } };
+        = {{"<SOH>", '\x01'}, {"<STX>", '\x02'}, {"<ETX>", '\x03'}, {"<EOT>", '\x04'}};
     std::string out;
     for (std::size_t i = 0; i < text.size();) {
         bool named = false;
@@ -29,7 +29,7 @@ inline std::string wire(std::string_view text)
 
 inline std::string operator""_w(const char* text, std::size_t size)
 {
-    return wire({ text, size });
+    return wire({text, size});
 }
 
 } // namespace corvane::test

@@ -1,0 +1,71 @@
+#include "security/UserAdmin.h"
+
+#include "runtime/Text.h"
+
+namespace corvane {
+
+UserButtons userButtonsFor(const UserStore& store, std::int16_t index)
+{
+    if (index == store.SupervisorIndex)
+        return {true, false};
+    if (index == store.GuestIndex)
+        return {false, false};
+    return {true, true};
+}
+
+bool userNameTaken(const UserStore& store, std::string_view typedName)
+{
+    const std::string name = upperCase(trimBlanks(typedName));
+    for (const UserEntry& entry : store.users)
+        if (!entry.UserName.empty() && upperCase(entry.UserName) == name)
+            return true;
+    return false;
+}
+
+bool needsSupervisorPasswordWarning(
+    const UserStore& store, bool adding, std::string_view typedPassword, std::string_view passwordAtOpen)
+{
+    return !trimBlanks(typedPassword).empty() && passwordAtOpen.empty() && !adding
+        && store.CurrentUser == store.SupervisorIndex;
+}
+
+const std::string SupervisorPasswordWarning
+    = "WARNING!!!\r\n"
+      "\r\n"
+      "Entering a Supervisor Password automatically and permanently activates the program's security features.\r\n"
+      "Since security clearance will then be required to access most, if not all, of this program's operations, "
+      "you should be sure that you understand the security options before continuing.\r\n"
+      "\r\n"
+      "Are you sure you want to continue?";
+
+bool needsPasswordConfirmation(std::string_view typedPassword, std::string_view passwordAtOpen)
+{
+    return upperCase(trimBlanks(typedPassword)) != upperCase(passwordAtOpen);
+}
+
+std::int16_t takeFreeEntry(UserStore& store)
+{
+    for (std::int16_t i = 0; i < store.count(); ++i)
+        if (store.users[static_cast<std::size_t>(i)].UserName.empty())
+            return i;
+    store.users.emplace_back();
+    return static_cast<std::int16_t>(store.count() - 1);
+}
+
+void UpdateUserInfo(UserStore& store, std::int16_t index, std::string_view typedName, std::string_view typedPassword,
+    const RightsList& rights, const std::vector<bool>& checked)
+{
+    UserEntry& entry = store.user(index);
+    entry.UserName = std::string(trimBlanks(typedName));
+    entry.Password = std::string(trimBlanks(typedPassword));
+    entry.IsSupervisor = index == store.SupervisorIndex ? 1 : 0;
+    for (std::size_t row = 0; row < rights.rows.size() && row < checked.size(); ++row)
+        entry.Rights.at(static_cast<std::size_t>(rights.rows[row].RightIndex)) = checked[row] ? 1 : 0;
+}
+
+std::string deleteQuestion(std::string_view name)
+{
+    return "Are you sure you want to delete " + std::string(name) + "?";
+}
+
+} // namespace corvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "security/Rights.h"
+#include "security/UserStore.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// The rules of the supervisor's user administration, without the forms.
+
+// Modify and Delete by who is selected: the supervisor can be modified but not deleted, the
+// guest neither, anybody else both.
+struct UserButtons {
+    bool modify = false;
+    bool remove = false;
+};
+UserButtons userButtonsFor(const UserStore& store, std::int16_t index);
+
+// Whether a user other than a deleted one already has the name, ignoring case and surrounding blanks.
+bool userNameTaken(const UserStore& store, std::string_view typedName);
+
+// The warning before a first password is given while the supervisor is logged in (whoever is
+// being changed): a password typed, none when the form opened, a change rather than an add.
+bool needsSupervisorPasswordWarning(
+    const UserStore& store, bool adding, std::string_view typedPassword, std::string_view passwordAtOpen);
+extern const std::string SupervisorPasswordWarning;
+
+// Whether the password must be typed a second time: it differs, case aside, from the one the
+// entry had when the form opened.
+bool needsPasswordConfirmation(std::string_view typedPassword, std::string_view passwordAtOpen);
+
+// The entry a new user goes into: the first deleted one, else a new entry at the end.
+std::int16_t takeFreeEntry(UserStore& store);
+
+// Copies the form into entry `index`: trimmed name and password, the supervisor mark by whose
+// entry it is, and one rights byte per rights row; positions no row names keep their values.
+void UpdateUserInfo(UserStore& store, std::int16_t index, std::string_view typedName, std::string_view typedPassword,
+    const RightsList& rights, const std::vector<bool>& checked);
+
+// "Are you sure you want to delete NAME?"
+std::string deleteQuestion(std::string_view name);
+
+} // namespace corvane

@@ -1,0 +1,207 @@
+#include "security/UserStore.h"
+
+#include "runtime/ProgramFolder.h"
+#include "runtime/RunTimeError.h"
+#include "runtime/Text.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace corvane {
+namespace {
+
+// Our tables follow one rule each: name and password entries stay between 5 and 51, so any
+// printable character (32-126) still fits in a byte once scrambled; neighbouring rights entries
+// differ by 37 (mod 256), so no position's granted byte equals its not-granted byte.
+ScrambleTables scrambleTables;
+
+unsigned char shifted(unsigned char byte, int by)
+{
+    const int value = byte + by;
+    if (value < 0 || value > 255)
+        raise(err::Overflow);
+    return static_cast<unsigned char>(value);
+}
+
+// Every blank and NUL goes, inner ones too.
+std::string withoutBlanks(const unsigned char* bytes, std::size_t length)
+{
+    std::string out;
+    for (std::size_t i = 0; i < length; ++i)
+        if (bytes[i] != ' ' && bytes[i] != '\0')
+            out += static_cast<char>(bytes[i]);
+    return out;
+}
+
+void putField(UserRecordBytes& record, std::size_t offset, std::string_view text)
+{
+    const std::string field = fixedWidth(text, UserFieldLength);
+    for (std::size_t i = 0; i < UserFieldLength; ++i)
+        record[offset + i] = static_cast<unsigned char>(field[i]);
+}
+
+struct FileCloser {
+    void operator()(std::FILE* f) const { std::fclose(f); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+} // namespace
+
+const ScrambleTables& Init_Scramble_Tables()
+{
+    if (scrambleTables.name[0] == 0) {
+        for (std::size_t i = 0; i < scrambleTables.name.size(); ++i)
+            scrambleTables.name[i] = static_cast<unsigned char>(5 + (i * 11) % 47);
+        for (std::size_t i = 0; i < scrambleTables.password.size(); ++i)
+            scrambleTables.password[i] = static_cast<unsigned char>(7 + (i * 13) % 29);
+        for (std::size_t i = 0; i < scrambleTables.rights.size(); ++i)
+            scrambleTables.rights[i] = static_cast<unsigned char>((i * 37 + 11) % 256);
+    }
+    return scrambleTables;
+}
+
+UserRecordBytes encodeUserRecord(const UserEntry& entry)
+{
+    const ScrambleTables& t = Init_Scramble_Tables();
+    UserRecordBytes record{};
+    putField(record, 0, entry.UserName);
+    putField(record, UserFieldLength, entry.Password);
+    for (std::size_t r = 0; r < StoredRights; ++r)
+        record[RightsOffset + r] = entry.Rights[r] == 1 ? t.rights[r] : t.rights[r + 1];
+    record[SupervisorMarkOffset] = static_cast<unsigned char>(static_cast<std::uint16_t>(entry.IsSupervisor) & 0xFF);
+    record[SupervisorMarkOffset + 1] = static_cast<unsigned char>(static_cast<std::uint16_t>(entry.IsSupervisor) >> 8);
+
+    for (std::size_t i = 0; i < UserFieldLength; ++i)
+        record[i] = shifted(record[i], t.name[i]);
+    for (std::size_t i = 0; i < ScrambledPasswordLength; ++i)
+        record[UserFieldLength + i] = shifted(record[UserFieldLength + i], t.password[i]);
+    return record;
+}
+
+UserEntry decodeUserRecord(const UserRecordBytes& record)
+{
+    const ScrambleTables& t = Init_Scramble_Tables();
+    UserRecordBytes plain = record;
+    for (std::size_t i = 0; i < UserFieldLength; ++i)
+        plain[i] = shifted(plain[i], -t.name[i]);
+    for (std::size_t i = 0; i < ScrambledPasswordLength; ++i)
+        plain[UserFieldLength + i] = shifted(plain[UserFieldLength + i], -t.password[i]);
+
+    UserEntry entry;
+    entry.UserName = withoutBlanks(plain.data(), UserFieldLength);
+    entry.Password = withoutBlanks(plain.data() + UserFieldLength, UserFieldLength);
+    for (std::size_t r = 0; r < StoredRights; ++r)
+        entry.Rights[r] = plain[RightsOffset + r] == t.rights[r] ? 1 : 0;
+    entry.IsSupervisor
+        = static_cast<std::int16_t>(plain[SupervisorMarkOffset] | (plain[SupervisorMarkOffset + 1] << 8));
+    return entry;
+}
+
+std::string userStorePath()
+{
+#ifdef _WIN32
+    return programFolder().substr(0, 2) + "\\BRELLWICK\\BWKXBIDS.DAT";
+#else
+    const char* root = std::getenv("CORVANE_ROOT");
+    std::string base = root && *root ? root : "/";
+    while (base.size() > 1 && base.back() == '/')
+        base.pop_back();
+    return (base == "/" ? "" : base) + "/BRELLWICK/BWKXBIDS.DAT";
+#endif
+}
+
+Bool16 UserStore::Load_User_Store()
+{
+    path = userStorePath();
+    errno = 0;
+    File file(std::fopen(path.c_str(), "rb"));
+    if (!file) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return FalseValue;
+        raise(fileErrorFromErrno(errno));
+    }
+
+    std::vector<UserEntry> loaded;
+    std::int16_t supervisor = SupervisorIndex;
+    std::int16_t guest = GuestIndex;
+    UserRecordBytes record;
+    while (std::fread(record.data(), 1, record.size(), file.get()) == record.size()) {
+        UserEntry entry = decodeUserRecord(record);
+        const std::string upper = upperCase(entry.UserName);
+        const auto n = toInt16(static_cast<std::int64_t>(loaded.size()));
+        if (upper == GuestName)
+            guest = n;
+        else if (upper == SupervisorName)
+            supervisor = n;
+        loaded.push_back(std::move(entry));
+    }
+    if (std::ferror(file.get()))
+        raise(err::DeviceIoError);
+
+    users = std::move(loaded);
+    SupervisorIndex = supervisor;
+    GuestIndex = guest;
+    return TrueValue;
+}
+
+void UserStore::Save_User_Record(std::int16_t index)
+{
+    const UserRecordBytes record = encodeUserRecord(user(index));
+    if (path.empty())
+        path = userStorePath();
+    errno = 0;
+    File file(std::fopen(path.c_str(), "r+b"));
+    if (!file && errno == ENOENT)
+        file.reset(std::fopen(path.c_str(), "w+b"));
+    if (!file)
+        raise(fileErrorFromErrno(errno));
+    const long offset = static_cast<long>(index) * static_cast<long>(UserRecordLength);
+    if (std::fseek(file.get(), offset, SEEK_SET) != 0
+        || std::fwrite(record.data(), 1, record.size(), file.get()) != record.size() || std::fflush(file.get()) != 0)
+        raise(fileErrorFromErrno(errno));
+}
+
+Bool16 UserStore::Find_User(std::string_view name, std::int16_t& index) const
+{
+    for (index = 0; index < count(); ++index)
+        if (users[static_cast<std::size_t>(index)].UserName == name)
+            return TrueValue;
+    return FalseValue;
+}
+
+UserEntry& UserStore::user(std::int16_t index)
+{
+    if (index < 0 || static_cast<std::size_t>(index) >= users.size())
+        raise(err::SubscriptOutOfRange);
+    return users[static_cast<std::size_t>(index)];
+}
+
+const UserEntry& UserStore::user(std::int16_t index) const
+{
+    return const_cast<UserStore*>(this)->user(index);
+}
+
+std::int16_t UserStore::count() const
+{
+    return toInt16(static_cast<std::int64_t>(users.size()));
+}
+
+} // namespace corvane
+
+#include "runtime/ErrorLog.h"
+
+namespace corvane {
+
+StoreLoad loadUserStore(UserStore& store)
+{
+    try {
+        return store.Load_User_Store() ? StoreLoad::Loaded : StoreLoad::Missing;
+    } catch (const RunTimeError& e) {
+        Log_Run_Time_Error(location::SharedModule, e.number());
+        return e.number() == err::Overflow ? StoreLoad::Damaged : StoreLoad::Unreadable;
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "runtime/Convert.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+// The user store shared by the host's family of programs: fixed records of 143 bytes, numbered
+// from 1, no header. Name (20 bytes, all scrambled), password (20 bytes, the first 8 scrambled),
+// rights positions 0-100 (101 bytes, 0-99 scrambled to a granted or not-granted byte) and the
+// supervisor mark (16-bit little-endian).
+inline constexpr std::size_t UserRecordLength = 143;
+inline constexpr std::size_t UserFieldLength = 20;
+inline constexpr std::size_t ScrambledPasswordLength = 8;
+inline constexpr std::size_t RightsOffset = 40;
+inline constexpr std::size_t RightsPositions = 101; // 0-100; 100 carries no meaning
+inline constexpr std::size_t StoredRights = 100; // 0-99 are written and read
+inline constexpr std::size_t SupervisorMarkOffset = 141;
+
+using UserRecordBytes = std::array<unsigned char, UserRecordLength>;
+using UserRights = std::array<std::uint8_t, RightsPositions>; // 1 granted, 0 not
+
+struct UserEntry {
+    std::string UserName; // empty for a deleted user
+    std::string Password;
+    UserRights Rights{};
+    std::int16_t IsSupervisor = 0; // 1 for the supervisor's record
+
+    bool operator==(const UserEntry&) const = default;
+};
+
+// The three fixed scrambling tables: name (positions 0-19 used), password (0-7 used) and rights
+// (entry i is position i's granted byte, entry i + 1 its not-granted byte).
+struct ScrambleTables {
+    std::array<unsigned char, 21> name{};
+    std::array<unsigned char, 9> password{};
+    std::array<unsigned char, 102> rights{};
+};
+const ScrambleTables& Init_Scramble_Tables();
+
+// One entry as its record's bytes, and back. A byte pushed out of 0-255 by the scrambling, in
+// either direction, raises "Overflow". Reading drops every blank and NUL from name and password.
+UserRecordBytes encodeUserRecord(const UserEntry& entry);
+UserEntry decodeUserRecord(const UserRecordBytes& record);
+
+// Where the store lies: $CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT (CORVANE_ROOT defaults to "/");
+// on Windows the drive of the program folder followed by \BRELLWICK\BWKXBIDS.DAT.
+std::string userStorePath();
+
+// The users of the store, held in memory as the one source for log-in and access checks.
+class UserStore {
+public:
+    std::vector<UserEntry> users;
+    std::int16_t SupervisorIndex = 0;
+    std::int16_t GuestIndex = 0;
+    std::int16_t CurrentUser = 0;
+    std::int16_t SelectedUser = 0;
+    std::string path; // built at each load
+
+    // Reads the whole store into `users`. False (the table unchanged) when there is no store;
+    // a record that does not unscramble raises "Overflow" and also leaves the table unchanged.
+    // A short last record is what the end of the file cuts off and is not read.
+    Bool16 Load_User_Store();
+    // Writes entry `index` as record index + 1 (the file is created when missing). File
+    // errors are raised as the runtime's file errors.
+    void Save_User_Record(std::int16_t index);
+    // The first entry whose name equals `name` exactly; false with `index` past the last entry.
+    Bool16 Find_User(std::string_view name, std::int16_t& index) const;
+
+    // Entry `index`; an index with no entry raises "Subscript out of range".
+    UserEntry& user(std::int16_t index);
+    const UserEntry& user(std::int16_t index) const;
+    std::int16_t count() const;
+};
+
+// The reserved users every store holds.
+inline constexpr std::string_view SupervisorName = "SUPERVISOR";
+inline constexpr std::string_view GuestName = "GUEST";
+
+} // namespace corvane
+
+namespace corvane {
+
+// How a load ended, for the main window: it cannot go on without a readable, sound store.
+enum class StoreLoad {
+    Loaded,
+    Missing, // no file at the store's path
+    Unreadable, // the file is there but cannot be read (its error number is in error.log)
+    Damaged, // a record does not unscramble: not a store of ours (Overflow in error.log)
+};
+
+// Load_User_Store under the shared module's error trap (location 143): a store that cannot be
+// read or does not unscramble leaves a line in error.log and the table as it was.
+StoreLoad loadUserStore(UserStore& store);
+
+} // namespace corvane

@@ -1,0 +1,174 @@
+#include "security/UserStore.h"
+#include "support/ScratchProgramFolder.h"
+#include "support/Users.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+
+namespace {
+
+using test::user;
+
+using test::errorNumberRaisedBy;
+
+TEST(UserRecord, BytesLieWhereTheFamilyOfProgramsExpectsThem)
+{
+    // Worked out by hand from the table rules: name entry i = 5 + (11 i mod 47), password entry
+    // i = 7 + (13 i mod 29), rights entry i = (37 i + 11) mod 256.
+    const UserRecordBytes r = encodeUserRecord(user("SUPERVISOR", "SECRET12345", {0, 4}, 1));
+    const std::pair<std::size_t, int> expected[] = {
+        {0, 'S' + 5},
+        {1, 'U' + 16},
+        {9, 'R' + 10}, // 5 + (99 mod 47)
+        {10, ' ' + 21}, // padding is scrambled too: 5 + (110 mod 47)
+        {19, ' ' + 26},
+        {20, 'S' + 7},
+        {21, 'E' + 20},
+        {27, '2' + 11}, // 7 + (91 mod 29)
+        {28, '3'},
+        {31, ' '},
+        {39, ' '}, // password characters 9-20 stand as they are
+        {40, 11}, // position 0 granted: entry 0
+        {41, 85}, // position 1 not granted: entry 2
+        {43, 159}, // position 3 not granted: entry 4
+        {44, 159}, // position 4 granted: entry 4
+        {139, 127}, // position 99 not granted: entry 100
+        {140, 0},
+        {141, 1},
+        {142, 0},
+    };
+    for (const auto& [offset, byte] : expected)
+        EXPECT_EQ(r[offset], byte) << "offset " << offset;
+}
+
+TEST(UserRecord, RoundTripsAndWhatLoadingDrops)
+{
+    struct Case {
+        UserEntry written;
+        UserEntry read;
+    } const cases[] = {
+        {user("JOHN SMITH", "pw"), user("JOHNSMITH", "pw")},
+        {user("SMITH", "ABCDEFGHIJKLMNOPQRST", {99}), user("SMITH", "ABCDEFGHIJKLMNOPQRST", {99})},
+        {user("A NAME LONGER THAN TWENTY", "x y"), user("ANAMELONGERTHANT", "xy")},
+        {user("", "left behind", {0}), user("", "leftbehind", {0})},
+        {user("GUEST", "", {100}), user("GUEST", "")}, // position 100 is never kept
+        {user("~}|", "~~~~~~~~~"), user("~}|", "~~~~~~~~~")},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(decodeUserRecord(encodeUserRecord(c.written)), c.read) << c.written.UserName;
+}
+
+TEST(UserRecord, UnknownRightsBytesAndOutOfRangeBytes)
+{
+    UserRecordBytes r = encodeUserRecord(user("SMITH", "", {7}));
+    r[RightsOffset + 7] = 200; // neither granted nor not-granted
+    r[RightsOffset + 100] = Init_Scramble_Tables().rights[100];
+    const UserEntry e = decodeUserRecord(r);
+    EXPECT_EQ(e.Rights[7], 0);
+    EXPECT_EQ(e.Rights[100], 0);
+
+    UserRecordBytes zeros{};
+    EXPECT_EQ(errorNumberRaisedBy([&] { decodeUserRecord(zeros); }), err::Overflow);
+    EXPECT_EQ(errorNumberRaisedBy([] {
+        encodeUserRecord(user("M\xFF"
+                              "LLER",
+            ""));
+    }),
+        err::Overflow);
+}
+
+class UserStoreFile : public ::testing::Test {
+protected:
+    test::ScratchProgramFolder folder;
+    std::filesystem::path path = folder.useAsStoreRoot();
+
+    void writeStore(const std::vector<UserEntry>& entries, const std::string& tail = {})
+    {
+        std::string bytes;
+        for (const auto& e : entries) {
+            const auto r = encodeUserRecord(e);
+            bytes.append(reinterpret_cast<const char*>(r.data()), r.size());
+        }
+        std::ofstream(path, std::ios::binary) << bytes << tail;
+    }
+};
+
+TEST_F(UserStoreFile, LoadsEveryRecordAndFindsTheReservedUsers)
+{
+    writeStore({user("SMITH", "S1"), user("Guest", ""), user("", "gone"), user("supervisor", "", {}, 1)},
+        std::string(100, 'x')); // a short last record is cut off by the end of the file
+    UserStore store;
+    ASSERT_EQ(store.Load_User_Store(), TrueValue);
+    EXPECT_EQ(store.path, path.string());
+    ASSERT_EQ(store.count(), 4);
+    EXPECT_EQ(store.GuestIndex, 1);
+    EXPECT_EQ(store.SupervisorIndex, 3);
+    EXPECT_EQ(store.users[2].UserName, "");
+
+    std::int16_t index = -1;
+    EXPECT_EQ(store.Find_User("SMITH", index), TrueValue);
+    EXPECT_EQ(index, 0);
+    EXPECT_EQ(store.Find_User("smith", index), FalseValue); // case counts
+    EXPECT_EQ(index, 4);
+}
+
+TEST_F(UserStoreFile, EmptyMissingDamagedAndUnreadableStores)
+{
+    UserStore store;
+    store.users = {user("KEPT", "")};
+    EXPECT_EQ(loadUserStore(store), StoreLoad::Missing);
+
+    writeStore({});
+    EXPECT_EQ(loadUserStore(store), StoreLoad::Loaded);
+    EXPECT_TRUE(store.users.empty());
+
+    store.users = {user("KEPT", "")};
+    std::ofstream(path, std::ios::binary) << std::string(UserRecordLength, '\0');
+    EXPECT_EQ(loadUserStore(store), StoreLoad::Damaged);
+    EXPECT_EQ(store.users.size(), 1u);
+
+    std::filesystem::remove(path);
+    std::filesystem::create_directory(path);
+    EXPECT_EQ(loadUserStore(store), StoreLoad::Unreadable);
+
+    const std::string when = test::ScratchProgramFolder::momentText();
+    EXPECT_EQ(folder.lines("error.log"),
+        (std::vector<std::string>{"Error Location 143 Err = 6 " + when, "Error Location 143 Err = 57 " + when}));
+}
+
+TEST_F(UserStoreFile, SavedRecordsLoadBackAndADeletedRecordIsReused)
+{
+    writeStore({user("SUPERVISOR", "", {}, 1), user("GUEST", ""), user("SMITH", "S1", {4})});
+    UserStore store;
+    ASSERT_TRUE(store.Load_User_Store());
+
+    store.users[2].UserName.clear(); // delete SMITH
+    store.Save_User_Record(2);
+    store.users[2] = user("JONES", "pw", {0}); // the next add takes the freed entry
+    store.Save_User_Record(2);
+    store.users.push_back(user("BROWN", "b"));
+    store.Save_User_Record(3);
+
+    UserStore reloaded;
+    ASSERT_TRUE(reloaded.Load_User_Store());
+    EXPECT_EQ(reloaded.users, store.users);
+    EXPECT_EQ(std::filesystem::file_size(path), 4 * UserRecordLength);
+    EXPECT_EQ(errorNumberRaisedBy([&] { store.Save_User_Record(9); }), err::SubscriptOutOfRange);
+}
+
+TEST_F(UserStoreFile, SavingCreatesAMissingStoreButNotItsFolder)
+{
+    UserStore store;
+    store.users = {user("SUPERVISOR", "", {}, 1)};
+    store.Save_User_Record(0);
+    EXPECT_EQ(std::filesystem::file_size(path), UserRecordLength);
+
+    setenv("CORVANE_ROOT", folder.file("nowhere").c_str(), 1);
+    UserStore elsewhere;
+    elsewhere.users = store.users;
+    EXPECT_EQ(errorNumberRaisedBy([&] { elsewhere.Save_User_Record(0); }), err::PathNotFound);
+}
+
+} // namespace
+} // namespace corvane
