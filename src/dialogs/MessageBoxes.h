@@ -1,0 +1,36 @@
+#pragma once
+
+#include "dialogs/MessageStyle.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace corvane {
+
+// Every question the program asks goes through here: the desktop program shows frmGenMsgBox,
+// tests answer from a script. Texts are single-byte, as the rest of the program holds them.
+class MessageBoxes {
+public:
+    virtual ~MessageBoxes() = default;
+    // Show_Gen_MsgBox: the number of the pressed button.
+    virtual std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) = 0;
+};
+
+// The desktop program's boxes, modal over `parent`. As the original did, a box closed without
+// a button (its close box) returns whatever the previous call returned, 0 before the first.
+class GenMsgBoxes final : public MessageBoxes {
+public:
+    explicit GenMsgBoxes(QWidget* parent = nullptr);
+    std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) override;
+
+    std::vector<MessageButton> CustomButtons; // for style 15
+    std::int16_t MsgResult = 0;
+
+private:
+    QWidget* parent_;
+};
+
+} // namespace corvane

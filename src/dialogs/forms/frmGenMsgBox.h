@@ -1,0 +1,46 @@
+#pragma once
+
+#include "dialogs/MessageStyle.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QPushButton;
+
+namespace Ui {
+class frmGenMsgBox;
+}
+
+namespace corvane {
+
+// The program's own message box: a text, a title, and the buttons, icon and default button a
+// style value selects. Pressing a button records its result number and closes the box.
+class frmGenMsgBox : public QDialog {
+    Q_OBJECT
+
+public:
+    frmGenMsgBox(const QString& text, std::int16_t style, const QString& title,
+        const std::vector<MessageButton>& customButtons, double systemVersion, QWidget* parent = nullptr);
+    ~frmGenMsgBox() override;
+
+    // The pressed button's result; none when the box was closed another way.
+    std::optional<std::int16_t> pressedResult() const { return pressed_; }
+    const std::vector<QPushButton*>& buttons() const { return buttons_; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    std::unique_ptr<Ui::frmGenMsgBox> ui;
+    std::vector<QPushButton*> buttons_;
+    std::optional<std::int16_t> pressed_;
+    int defaultButton_ = 0;
+};
+
+// The version of the running system as major.minor (the kernel's outside Windows), read once.
+double systemVersion();
+
+} // namespace corvane

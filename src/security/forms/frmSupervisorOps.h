@@ -1,0 +1,43 @@
+#pragma once
+
+#include "security/Rights.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class QListWidgetItem;
+
+namespace Ui {
+class frmSupervisorOps;
+}
+
+namespace corvane {
+
+class MessageBoxes;
+class RightsChecks;
+
+// The supervisor's list of users: the selected user's password mark and rights are shown, and
+// users are added, changed and deleted, each change written to the store at once.
+class frmSupervisorOps : public QDialog {
+    Q_OBJECT
+
+public:
+    frmSupervisorOps(UserStore& store, const RightsList& rights, MessageBoxes& boxes, QWidget* parent = nullptr);
+    ~frmSupervisorOps() override;
+
+private:
+    void userSelected(QListWidgetItem* item);
+    void LoadUserInfo();
+    void addUser();
+    void modifyUser();
+    void deleteUser();
+
+    std::unique_ptr<Ui::frmSupervisorOps> ui;
+    std::unique_ptr<RightsChecks> checks_;
+    UserStore& store_;
+    const RightsList& rights_;
+    MessageBoxes& boxes_;
+};
+
+} // namespace corvane

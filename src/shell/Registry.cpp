@@ -1,0 +1,92 @@
+#include "shell/Registry.h"
+
+#include <QDir>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace corvane {
+namespace {
+
+QString groupOf(const QString& key)
+{
+    QString group = key;
+    group.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return group;
+}
+
+// QSettings over either the native registry or an INI file per hive.
+class SettingsRegistry final : public Registry {
+public:
+    bool keyExists(Hive hive, const QString& key) override
+    {
+        auto s = open(hive);
+        s->beginGroup(groupOf(key));
+        return !s->childKeys().isEmpty() || !s->childGroups().isEmpty();
+    }
+
+    QString readText(Hive hive, const QString& key, const QString& name) override
+    {
+        auto s = open(hive);
+        return s->value(groupOf(key) + QLatin1Char('/') + name).toString();
+    }
+
+    bool createKey(Hive hive, const QString& key) override
+    {
+        // An INI file holds no empty groups: there the key comes with its first value, and what
+        // is asked here is whether that value could be written.
+        auto s = open(hive);
+        s->beginGroup(groupOf(key));
+        s->sync();
+        return s->isWritable() && s->status() == QSettings::NoError;
+    }
+
+    bool writeText(Hive hive, const QString& key, const QString& name, const QString& value) override
+    {
+        return write(hive, key, name, value);
+    }
+
+    bool writeNumber(Hive hive, const QString& key, const QString& name, std::int32_t value) override
+    {
+        return write(hive, key, name, static_cast<int>(value));
+    }
+
+private:
+    std::unique_ptr<QSettings> open(Hive hive)
+    {
+#ifdef Q_OS_WIN
+        const QString root
+            = hive == Hive::Machine ? QStringLiteral("HKEY_LOCAL_MACHINE") : QStringLiteral("HKEY_CURRENT_USER");
+        return std::make_unique<QSettings>(root, QSettings::Registry32Format);
+#else
+        const QString file = hive == Hive::Machine ? QStringLiteral("machine.ini") : QStringLiteral("user.ini");
+        return std::make_unique<QSettings>(QDir(registryFolder()).filePath(file), QSettings::IniFormat);
+#endif
+    }
+
+    bool write(Hive hive, const QString& key, const QString& name, const QVariant& value)
+    {
+        auto s = open(hive);
+        if (!s->isWritable())
+            return false;
+        s->setValue(groupOf(key) + QLatin1Char('/') + name, value);
+        s->sync();
+        return s->status() == QSettings::NoError;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Registry> openSystemRegistry()
+{
+    return std::make_unique<SettingsRegistry>();
+}
+
+QString registryFolder()
+{
+    const QString dir = qEnvironmentVariable("CORVANE_REGISTRY_DIR");
+    if (!dir.isEmpty())
+        return dir;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/CorvaneRemote");
+}
+
+} // namespace corvane

@@ -1,0 +1,78 @@
+#include "security/UserStore.h"
+#include "support/ScratchProgramFolder.h"
+#include "support/Users.h"
+
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+struct ProgramRun {
+    int exitCode;
+    QString out;
+    QString err;
+};
+
+ProgramRun runProgram(const QStringList& arguments, const std::filesystem::path& root)
+{
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("CORVANE_ROOT"), QString::fromStdString(root.string()));
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral(CORVANE_REMOTE_EXE), arguments);
+    EXPECT_TRUE(process.waitForFinished(30000));
+    return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
+        QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+TEST(CreateUserStore, CreatesTheReservedUsersOnceAndNeverOverwrites)
+{
+    test::ScratchProgramFolder folder;
+    setenv("CORVANE_ROOT", folder.path().c_str(), 1);
+    const auto path = folder.path() / "BRELLWICK" / "BWKXBIDS.DAT";
+
+    const ProgramRun first = runProgram({QStringLiteral("--create-user-store")}, folder.path());
+    EXPECT_EQ(first.exitCode, 0) << first.err.toStdString();
+    EXPECT_TRUE(first.out.contains(QString::fromStdString(path.string())));
+    EXPECT_EQ(std::filesystem::file_size(path), 2 * UserRecordLength);
+
+    UserStore store;
+    ASSERT_TRUE(store.Load_User_Store());
+    ASSERT_EQ(store.count(), 2);
+    EXPECT_EQ(store.users[0], test::user("SUPERVISOR", "", {}, 1));
+    EXPECT_EQ(store.users[1], test::user("GUEST", ""));
+    EXPECT_EQ(store.SupervisorIndex, 0);
+    EXPECT_EQ(store.GuestIndex, 1);
+
+    // A store with a password in it must survive a second run.
+    store.users[0].Password = "boss";
+    store.Save_User_Record(0);
+    const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT");
+    const ProgramRun second = runProgram({QStringLiteral("--create-user-store")}, folder.path());
+    EXPECT_NE(second.exitCode, 0);
+    EXPECT_TRUE(second.err.contains(QStringLiteral("already exists")));
+    EXPECT_EQ(folder.read("BRELLWICK/BWKXBIDS.DAT"), before);
+}
+
+TEST(CreateUserStore, AFolderThatCannotBeMadeIsReported)
+{
+    test::ScratchProgramFolder folder;
+    folder.write("BRELLWICK", "a file where the folder should be");
+    const ProgramRun run = runProgram({QStringLiteral("--create-user-store")}, folder.path());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("could not create the user store"))) << run.err.toStdString();
+}
+
+TEST(CreateUserStore, HelpListsTheOption)
+{
+    test::ScratchProgramFolder folder;
+    const ProgramRun run = runProgram({QStringLiteral("--help")}, folder.path());
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.out.contains(QStringLiteral("--create-user-store")));
+}
+
+} // namespace
+} // namespace corvane

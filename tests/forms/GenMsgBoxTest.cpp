@@ -1,0 +1,81 @@
+#include "dialogs/MessageBoxes.h"
+#include "dialogs/forms/frmGenMsgBox.h"
+#include "support/Forms.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::control;
+using test::whenModal;
+
+QString visibleIcon(const frmGenMsgBox& box)
+{
+    for (const char* name : {"imgIcon95_16", "imgIcon95_32", "imgIcon95_48", "imgIcon95_64", "imgIcon31_16",
+             "imgIcon31_32", "imgIcon31_48", "imgIcon31_64"})
+        if (!control<QLabel>(box, name).isHidden())
+            return QString::fromLatin1(name);
+    return {};
+}
+
+TEST(GenMsgBox, StylesGiveButtonsIconAndDefault)
+{
+    struct Case {
+        std::int16_t style;
+        double systemVersion;
+        QStringList captions;
+        QString icon;
+        int defaultButton;
+        int pointSize;
+    } const cases[] = {
+        {52, 6.1, {QStringLiteral("Yes"), QStringLiteral("No")}, QStringLiteral("imgIcon95_48"), 0, 8},
+        {3 + 16 + 512, 4.0, {QStringLiteral("Yes"), QStringLiteral("No"), QStringLiteral("Cancel")},
+            QStringLiteral("imgIcon95_16"), 2, 8},
+        {1 + 64 + 256, 3.1, {QStringLiteral("OK"), QStringLiteral("Cancel")}, QStringLiteral("imgIcon31_64"), 1, 10},
+        {6, 3.95, {QStringLiteral("RESET")}, QString(), 0, 8},
+        {7 + 32, 3.94, {QStringLiteral("Convert"), QStringLiteral("Cancel")}, QStringLiteral("imgIcon31_32"), 0, 10},
+    };
+    for (const auto& c : cases) {
+        frmGenMsgBox box(QStringLiteral("text"), c.style, QStringLiteral("Title"), {}, c.systemVersion);
+        box.show();
+        QStringList captions;
+        for (const QPushButton* b : box.buttons())
+            captions << b->text();
+        EXPECT_EQ(captions, c.captions) << c.style;
+        EXPECT_EQ(visibleIcon(box), c.icon) << c.style;
+        EXPECT_TRUE(box.buttons().at(static_cast<std::size_t>(c.defaultButton))->isDefault()) << c.style;
+        EXPECT_EQ(control<QLabel>(box, "lblMsg").font().pointSize(), c.pointSize) << c.style;
+        EXPECT_EQ(box.windowTitle(), QStringLiteral("Title"));
+        box.close();
+    }
+}
+
+TEST(GenMsgBox, ButtonsReturnTheirNumbersAndTheCloseBoxRepeatsTheLastAnswer)
+{
+    GenMsgBoxes boxes;
+    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.buttons().at(1)->click(); });
+    EXPECT_EQ(boxes.Show_Gen_MsgBox("Are you sure you want to delete SMITH?", 52, "Delete User?"), msg::ResultNo);
+
+    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.buttons().at(0)->click(); });
+    EXPECT_EQ(boxes.Show_Gen_MsgBox("q", msg::YesNo, "t"), msg::ResultYes);
+
+    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.close(); });
+    EXPECT_EQ(boxes.Show_Gen_MsgBox("q", msg::YesNo, "t"), msg::ResultYes);
+
+    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.buttons().at(0)->click(); });
+    EXPECT_EQ(boxes.Show_Gen_MsgBox("r", msg::Reset, "t"), msg::ResultReset);
+
+    boxes.CustomButtons = {{"Keep", 20}, {"Replace", 21}};
+    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) {
+        EXPECT_EQ(box.buttons().at(1)->text(), QStringLiteral("Replace"));
+        box.buttons().at(1)->click();
+    });
+    EXPECT_EQ(boxes.Show_Gen_MsgBox("c", msg::Custom, "t"), 21);
+}
+
+} // namespace
+} // namespace corvane

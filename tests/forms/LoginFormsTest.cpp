@@ -1,0 +1,167 @@
+#include "security/forms/SecurityPrompts.h"
+#include "security/forms/frmChangeUser.h"
+#include "security/forms/frmPassword.h"
+#include "security/forms/frmTempMsg.h"
+#include "support/Forms.h"
+#include "support/Users.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::control;
+using test::user;
+using test::whenModal;
+
+UserStore sampleStore()
+{
+    UserStore store;
+    store.users
+        = {user("SUPERVISOR", "boss", {}, 1), user("GUEST", ""), user("SMITH", "Secret", {4}), user("CLERK", "c")};
+    store.SupervisorIndex = 0;
+    store.GuestIndex = 1;
+    store.CurrentUser = 3;
+    return store;
+}
+
+void type(QWidget& form, const char* field, const QString& text)
+{
+    auto& edit = control<QLineEdit>(form, field);
+    edit.clear();
+    QTest::keyClicks(&edit, text);
+}
+
+TEST(ChangeUserForm, RefusesUntilNameAndPasswordMatch)
+{
+    const UserStore store = sampleStore();
+    LoginValues values;
+    values.LoginMode = LoginModeStartUp;
+    values.LoginUser = 2;
+    frmChangeUser form(store, values);
+    form.show();
+    EXPECT_EQ(form.windowTitle(), QStringLiteral("Security Information"));
+    EXPECT_EQ(control<QLineEdit>(form, "txtUserName").text(), QStringLiteral("SMITH"));
+    auto& ok = control<QPushButton>(form, "cmdButton_0");
+    auto& invalid = control<QLabel>(form, "lblInvalid");
+
+    type(form, "txtPassword", QStringLiteral("wrong"));
+    ok.click();
+    EXPECT_FALSE(invalid.isHidden());
+    EXPECT_EQ(invalid.text(), QStringLiteral("Invalid Password"));
+    EXPECT_TRUE(form.isVisible());
+
+    type(form, "txtUserName", QStringLiteral("NOBODY"));
+    ok.click();
+    EXPECT_EQ(invalid.text(), QStringLiteral("Invalid User Name"));
+
+    type(form, "txtUserName", QString());
+    EXPECT_FALSE(ok.isEnabled());
+
+    type(form, "txtUserName", QStringLiteral(" clerk "));
+    type(form, "txtPassword", QStringLiteral("C"));
+    ok.click();
+    EXPECT_EQ(form.result(), QDialog::Accepted);
+    EXPECT_EQ(values.LoginResult, "OK");
+    EXPECT_EQ(values.LoginUser, 3);
+}
+
+TEST(ChangeUserForm, CancelAndTheCloseBoxBothCancel)
+{
+    const UserStore store = sampleStore();
+    for (bool viaCloseBox : {false, true}) {
+        LoginValues values;
+        values.LoginMode = LoginModeChangeUser;
+        values.LoginUser = 2;
+        values.LoginResult = "OK";
+        frmChangeUser form(store, values);
+        form.show();
+        EXPECT_EQ(form.windowTitle(), QStringLiteral("Change User"));
+        if (viaCloseBox)
+            form.close();
+        else
+            control<QPushButton>(form, "cmdButton_1").click();
+        EXPECT_EQ(values.LoginResult, "CANCELLED") << viaCloseBox;
+        EXPECT_EQ(values.LoginUser, 2);
+    }
+}
+
+TEST(TempUserForm, HandsBackWhatWasTypedOrAPermanentChangeOfUser)
+{
+    UserStore store = sampleStore();
+    LoginValues values;
+    {
+        frmTempMsg form(store, values);
+        form.show();
+        EXPECT_FALSE(control<QPushButton>(form, "cmdButton_0").isEnabled());
+        type(form, "txtTempUserName", QStringLiteral(" smith "));
+        type(form, "txtTempPassword", QStringLiteral("Secret"));
+        control<QPushButton>(form, "cmdButton_0").click();
+        EXPECT_EQ(form.answer().name, " smith ");
+        EXPECT_EQ(form.answer().password, "Secret");
+        EXPECT_FALSE(form.answer().cancelled);
+    }
+    {
+        frmTempMsg form(store, values);
+        form.show();
+        whenModal<frmChangeUser>([](frmChangeUser& change) {
+            EXPECT_EQ(change.windowTitle(), QStringLiteral("Change User"));
+            type(change, "txtUserName", QStringLiteral("SMITH"));
+            type(change, "txtPassword", QStringLiteral("secret"));
+            control<QPushButton>(change, "cmdButton_0").click();
+        });
+        control<QPushButton>(form, "cmdButton_2").click();
+        EXPECT_TRUE(form.answer().userChanged);
+        EXPECT_EQ(store.CurrentUser, 2);
+    }
+}
+
+TEST(PasswordForm, AsksAgainUntilTheRetypedPasswordMatches)
+{
+    frmPassword form("NewOne");
+    form.show();
+    EXPECT_EQ(form.windowTitle(), QStringLiteral("Password Verification"));
+    type(form, "txtPassword", QStringLiteral("newtwo"));
+    control<QPushButton>(form, "cmdButton_0").click();
+    EXPECT_FALSE(control<QLabel>(form, "lblNoMatch").isHidden());
+    EXPECT_EQ(form.answer(), "CANCELLED");
+    type(form, "txtPassword", QStringLiteral(" newone"));
+    control<QPushButton>(form, "cmdButton_0").click();
+    EXPECT_EQ(form.answer(), "OK");
+}
+
+TEST(AccessCheck, ATemporaryUserAuthorisesOneOperationThroughTheForms)
+{
+    UserStore store = sampleStore();
+    LoginValues values;
+    test::ScriptedBoxes boxes;
+    SecurityPrompts prompts(store, values, boxes, nullptr);
+
+    whenModal<frmTempMsg>([](frmTempMsg& form) {
+        type(form, "txtTempUserName", QStringLiteral("SMITH"));
+        type(form, "txtTempPassword", QStringLiteral("Secret"));
+        control<QPushButton>(form, "cmdButton_0").click();
+    });
+    EXPECT_TRUE(Check_Access(store, CommParmsRight, TrueValue, prompts));
+    EXPECT_EQ(store.CurrentUser, 3);
+    EXPECT_TRUE(boxes.calls.empty());
+
+    whenModal<frmTempMsg>([](frmTempMsg& form) {
+        type(form, "txtTempUserName", QStringLiteral("SMITH"));
+        type(form, "txtTempPassword", QStringLiteral("SECRET"));
+        control<QPushButton>(form, "cmdButton_0").click();
+    });
+    EXPECT_FALSE(Check_Access(store, CommParmsRight, TrueValue, prompts));
+    ASSERT_EQ(boxes.calls.size(), 1u);
+    EXPECT_EQ(boxes.calls[0].text, "No access to the selected function.");
+    EXPECT_EQ(boxes.calls[0].title, "Access Not Allowed");
+    EXPECT_EQ(boxes.calls[0].style, msg::Exclamation);
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,220 @@
+#include "security/forms/frmPassword.h"
+#include "security/forms/frmSupervisorOps.h"
+#include "security/forms/frmUserInfo.h"
+#include "support/Forms.h"
+#include "support/ScratchProgramFolder.h"
+#include "support/Users.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::control;
+using test::user;
+using test::whenModal;
+
+class SupervisorForms : public ::testing::Test {
+protected:
+    test::ScratchProgramFolder folder;
+    std::filesystem::path path = folder.useAsStoreRoot();
+    UserStore store;
+    RightsList rights;
+    test::ScriptedBoxes boxes;
+
+    void SetUp() override
+    {
+        store.users
+            = {user("SUPERVISOR", "", {}, 1), user("GUEST", ""), user("SMITH", "pw", {4, 11}), user("JONES", "", {0})};
+        for (std::int16_t i = 0; i < store.count(); ++i)
+            store.Save_User_Record(i);
+        ASSERT_TRUE(store.Load_User_Store());
+        store.CurrentUser = 0;
+        Load_Rights_List(rights, "CVREMOTE");
+    }
+
+    UserStore reloaded() const
+    {
+        UserStore again;
+        EXPECT_TRUE(again.Load_User_Store());
+        return again;
+    }
+
+    static QStringList names(const frmSupervisorOps& form)
+    {
+        QStringList out;
+        const auto& list = control<QListWidget>(form, "lstUserList");
+        for (int i = 0; i < list.count(); ++i)
+            out << list.item(i)->text();
+        return out;
+    }
+
+    static void type(QWidget& form, const char* field, const QString& text)
+    {
+        auto& edit = control<QLineEdit>(form, field);
+        edit.selectAll();
+        QTest::keyClicks(&edit, text);
+        if (text.isEmpty())
+            QTest::keyClick(&edit, Qt::Key_Backspace);
+    }
+};
+
+TEST_F(SupervisorForms, TheListShowsLiveUsersAndWhatMayBeDoneToThem)
+{
+    store.users[3].UserName.clear();
+    frmSupervisorOps form(store, rights, boxes);
+    form.show();
+    EXPECT_EQ(
+        names(form), (QStringList{QStringLiteral("SUPERVISOR"), QStringLiteral("GUEST"), QStringLiteral("SMITH")}));
+    auto& list = control<QListWidget>(form, "lstUserList");
+    EXPECT_EQ(list.currentRow(), 0);
+
+    struct Case {
+        int row;
+        bool modify, remove, password, all, comm;
+    } const cases[] = {{0, true, false, false, false, false}, {1, false, false, false, false, false},
+        {2, true, true, true, false, true}};
+    for (const auto& c : cases) {
+        list.setCurrentRow(c.row);
+        EXPECT_EQ(control<QPushButton>(form, "cmdButton_1").isEnabled(), c.modify) << c.row;
+        EXPECT_EQ(control<QPushButton>(form, "cmdButton_2").isEnabled(), c.remove) << c.row;
+        EXPECT_EQ(control<QCheckBox>(form, "chkPassword").isChecked(), c.password) << c.row;
+        EXPECT_EQ(control<QCheckBox>(form, "chkRights_0").isChecked(), c.all) << c.row;
+        EXPECT_EQ(control<QCheckBox>(form, "chkRights_1").isChecked(), c.comm) << c.row;
+    }
+    EXPECT_EQ(control<QCheckBox>(form, "chkRights_1").text(), QStringLiteral("Comm Parameters"));
+    EXPECT_FALSE(control<QWidget>(form, "pic2Rights").isEnabled());
+    EXPECT_FALSE(control<QWidget>(form, "picPasswordInd").isEnabled());
+}
+
+TEST_F(SupervisorForms, DeletingAsksThenFreesTheRecordAndAddingReusesIt)
+{
+    frmSupervisorOps form(store, rights, boxes);
+    form.show();
+    auto& list = control<QListWidget>(form, "lstUserList");
+    list.setCurrentRow(2);
+
+    boxes.answers = {msg::ResultNo};
+    control<QPushButton>(form, "cmdButton_2").click();
+    EXPECT_EQ(names(form).size(), 4);
+    ASSERT_EQ(boxes.calls.size(), 1u);
+    EXPECT_EQ(boxes.calls[0].text, "Are you sure you want to delete SMITH?");
+    EXPECT_EQ(boxes.calls[0].style, 52);
+    EXPECT_EQ(boxes.calls[0].title, "Delete User?");
+
+    boxes.answers = {msg::ResultYes};
+    control<QPushButton>(form, "cmdButton_2").click();
+    EXPECT_EQ(
+        names(form), (QStringList{QStringLiteral("SUPERVISOR"), QStringLiteral("GUEST"), QStringLiteral("JONES")}));
+    EXPECT_EQ(list.currentItem()->text(), QStringLiteral("JONES"));
+    EXPECT_EQ(reloaded().users[2].UserName, "");
+
+    whenModal<frmUserInfo>([this](frmUserInfo& info) {
+        EXPECT_EQ(info.windowTitle(), QStringLiteral("User Information"));
+        type(info, "txtUserName", QStringLiteral(" BROWN "));
+        EXPECT_FALSE(control<QPushButton>(info, "cmdButton_0").isEnabled()); // a name alone is no change yet
+        control<QCheckBox>(info, "chkRights_1").click();
+        whenModal<frmPassword>([](frmPassword& confirm) {
+            type(confirm, "txtPassword", QStringLiteral("b1"));
+            control<QPushButton>(confirm, "cmdButton_0").click();
+        });
+        type(info, "txtPassword", QStringLiteral("b1"));
+        control<QPushButton>(info, "cmdButton_0").click();
+    });
+    control<QPushButton>(form, "cmdButton_0").click();
+
+    EXPECT_TRUE(names(form).contains(QStringLiteral("BROWN")));
+    const UserStore again = reloaded();
+    ASSERT_EQ(again.count(), 4); // the freed record was reused, nothing appended
+    EXPECT_EQ(again.users[2], user("BROWN", "b1", {4, 11}));
+    EXPECT_EQ(std::filesystem::file_size(path), 4 * UserRecordLength);
+    EXPECT_TRUE(boxes.calls.size() == 2u) << "no warning when adding";
+}
+
+TEST_F(SupervisorForms, ADuplicateNameIsRefusedAndTheFormStaysOpen)
+{
+    frmUserInfo info(store, rights, boxes, true);
+    info.show();
+    type(info, "txtUserName", QStringLiteral("smith "));
+    control<QCheckBox>(info, "chkRights_0").click();
+    control<QPushButton>(info, "cmdButton_0").click();
+    ASSERT_EQ(boxes.calls.size(), 1u);
+    EXPECT_EQ(boxes.calls[0].text, "Entered user name already exists.  Please change.");
+    EXPECT_EQ(boxes.calls[0].title, "User Already Exists");
+    EXPECT_TRUE(info.isVisible());
+    EXPECT_FALSE(info.savedIndex());
+    EXPECT_EQ(reloaded().count(), 4);
+}
+
+TEST_F(SupervisorForms, AFirstPasswordWarnsTheSupervisorAndCancelSavesNothing)
+{
+    store.SelectedUser = 3; // JONES has no password; the supervisor is logged in
+    frmUserInfo info(store, rights, boxes, false);
+    info.show();
+    type(info, "txtPassword", QStringLiteral("j"));
+    boxes.answers = {msg::ResultCancel};
+    control<QPushButton>(info, "cmdButton_0").click();
+    ASSERT_EQ(boxes.calls.size(), 1u);
+    EXPECT_EQ(boxes.calls[0].title, "Supervisor Password");
+    EXPECT_EQ(boxes.calls[0].style & 15, msg::OkCancel);
+    EXPECT_EQ(boxes.calls[0].text.substr(0, 14), "WARNING!!!\r\n\r\n");
+    EXPECT_TRUE(info.isVisible());
+    EXPECT_EQ(reloaded().users[3].Password, "");
+
+    // Past the warning, a password typed twice differently is not saved either.
+    boxes.answers = {msg::ResultOk};
+    whenModal<frmPassword>([](frmPassword& confirm) { control<QPushButton>(confirm, "cmdButton_1").click(); });
+    control<QPushButton>(info, "cmdButton_0").click();
+    EXPECT_TRUE(info.isVisible());
+    EXPECT_EQ(reloaded().users[3].Password, "");
+}
+
+TEST_F(SupervisorForms, ReservedUsersKeepTheirNames)
+{
+    store.SelectedUser = store.GuestIndex;
+    frmUserInfo guest(store, rights, boxes, false);
+    EXPECT_FALSE(control<QLineEdit>(guest, "txtUserName").isEnabled());
+    EXPECT_FALSE(control<QLineEdit>(guest, "txtPassword").isEnabled());
+
+    store.SelectedUser = store.SupervisorIndex;
+    frmUserInfo supervisor(store, rights, boxes, false);
+    supervisor.show();
+    EXPECT_FALSE(control<QLineEdit>(supervisor, "txtUserName").isEnabled());
+    control<QCheckBox>(supervisor, "chkRights_1").click();
+    control<QPushButton>(supervisor, "cmdButton_0").click();
+    const UserStore again = reloaded();
+    EXPECT_EQ(again.users[0], user("SUPERVISOR", "", {4}, 1));
+}
+
+TEST_F(SupervisorForms, SixRightsFitAndSevenScrollByOneRow)
+{
+    for (int rows : {6, 7, 13}) {
+        RightsList many;
+        for (int i = 0; i < rows; ++i)
+            many.rows.push_back({"Right " + std::to_string(i), static_cast<std::int16_t>(i + 20)});
+        many.RightsCount = static_cast<std::int16_t>(rows);
+        store.SelectedUser = 2;
+        frmUserInfo info(store, many, boxes, false);
+        info.show();
+        auto& bar = control<QScrollBar>(info, "vscrRights");
+        auto& picture = control<QWidget>(info, "pic2Rights");
+        EXPECT_EQ(bar.isEnabled(), rows >= 7) << rows;
+        EXPECT_EQ(bar.maximum(), std::max(0, rows - 6)) << rows;
+        EXPECT_EQ(bar.pageStep(), 6);
+        EXPECT_NE(info.findChild<QCheckBox*>(QStringLiteral("chkRights_%1").arg(rows - 1)), nullptr);
+        const int top = picture.y();
+        const int pitch = control<QCheckBox>(info, "chkRights_1").y() - control<QCheckBox>(info, "chkRights_0").y();
+        bar.setValue(bar.maximum());
+        EXPECT_EQ(picture.y(), top - bar.maximum() * pitch) << rows;
+    }
+}
+
+} // namespace
+} // namespace corvane

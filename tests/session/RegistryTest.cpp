@@ -1,0 +1,61 @@
+#include "shell/Registry.h"
+#include "security/LastUser.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace corvane {
+namespace {
+
+class IniRegistry : public ::testing::Test {
+protected:
+    QTemporaryDir dir;
+    void SetUp() override { qputenv("CORVANE_REGISTRY_DIR", dir.path().toLocal8Bit()); }
+    void TearDown() override { qunsetenv("CORVANE_REGISTRY_DIR"); }
+};
+
+const QString ConfigKey = QStringLiteral("Software\\Brellwick\\CorvaneRemote\\Configuration");
+
+TEST_F(IniRegistry, ValuesLandInTheirHiveAndReadBackAsText)
+{
+    auto registry = openSystemRegistry();
+    EXPECT_FALSE(registry->keyExists(Hive::Machine, ConfigKey));
+    EXPECT_EQ(registry->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QString());
+    EXPECT_TRUE(registry->createKey(Hive::Machine, ConfigKey));
+
+    EXPECT_TRUE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1"), QStringLiteral("10.0.0.5")));
+    EXPECT_TRUE(registry->writeNumber(Hive::Machine, ConfigKey, QStringLiteral("SocketPortNumber1"), 49140));
+    EXPECT_TRUE(registry->writeNumber(Hive::User, ConfigKey, QStringLiteral("Last Host IP Number"), 3));
+
+    auto again = openSystemRegistry();
+    EXPECT_TRUE(again->keyExists(Hive::Machine, ConfigKey));
+    EXPECT_EQ(again->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QStringLiteral("10.0.0.5"));
+    EXPECT_EQ(again->readText(Hive::Machine, ConfigKey, QStringLiteral("SocketPortNumber1")), QStringLiteral("49140"));
+    EXPECT_EQ(again->readText(Hive::User, ConfigKey, QStringLiteral("Last Host IP Number")), QStringLiteral("3"));
+    EXPECT_EQ(again->readText(Hive::Machine, ConfigKey, QStringLiteral("Last Host IP Number")), QString());
+    EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("machine.ini"))));
+    EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("user.ini"))));
+}
+
+TEST_F(IniRegistry, LastUserIsKeptPerUser)
+{
+    auto registry = openSystemRegistry();
+    EXPECT_EQ(Get_Last_User(*registry), "");
+    Save_Last_User(*registry, "M\xDCLLER");
+    EXPECT_EQ(Get_Last_User(*openSystemRegistry()), "M\xDCLLER");
+}
+
+TEST_F(IniRegistry, AFolderThatCannotBeWrittenRefusesTheKey)
+{
+    qputenv("CORVANE_REGISTRY_DIR", dir.filePath(QStringLiteral("machine.ini/below")).toLocal8Bit());
+    QFile(dir.filePath(QStringLiteral("machine.ini"))).open(QIODevice::WriteOnly); // a file where a folder must be
+    auto registry = openSystemRegistry();
+    EXPECT_FALSE(registry->createKey(Hive::Machine, QStringLiteral("Software\\Brellwick\\AccessTest")));
+    EXPECT_FALSE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostName1"), QStringLiteral("x")));
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "dialogs/MessageBoxes.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+
+// Answers Show_Gen_MsgBox from a script (0 once the script runs out) and keeps every call.
+struct ScriptedBoxes final : MessageBoxes {
+    struct Call {
+        std::string text;
+        std::int16_t style;
+        std::string title;
+    };
+    std::vector<Call> calls;
+    std::deque<std::int16_t> answers;
+
+    std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) override
+    {
+        calls.push_back({text, style, title});
+        if (answers.empty())
+            return 0;
+        const std::int16_t a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+};
+
+// Calls `answer` with the next modal dialog of type T once it is up. Should none come within
+// the time limit, whatever modal dialog is up is closed, so that a test fails instead of hanging.
+template <typename T> void whenModal(std::function<void(T&)> answer, int limitMs = 5000)
+{
+    auto* timer = new QTimer;
+    auto* clock = new QElapsedTimer;
+    clock->start();
+    QObject::connect(timer, &QTimer::timeout, [timer, clock, answer, limitMs] {
+        if (auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            delete clock;
+            answer(*dialog);
+        } else if (clock->elapsed() > limitMs) {
+            ADD_FAILURE() << "no " << T::staticMetaObject.className() << " came up";
+            timer->stop();
+            timer->deleteLater();
+            delete clock;
+            if (QWidget* stray = QApplication::activeModalWidget())
+                stray->close();
+        }
+    });
+    timer->start(5);
+}
+
+// A child widget by its control name; the test fails when the form has no such control.
+template <typename W> W& control(const QObject& form, const char* name)
+{
+    W* w = form.findChild<W*>(QString::fromLatin1(name));
+    if (!w)
+        throw std::runtime_error(std::string("the form has no control ") + name);
+    return *w;
+}
+
+} // namespace corvane::test
