@@ -3,6 +3,7 @@
 #include "security/forms/frmPassword.h"
 #include "security/forms/frmTempMsg.h"
 #include "support/Forms.h"
+#include "support/ScratchProgramFolder.h"
 #include "support/Users.h"
 
 #include <QLabel>
@@ -11,6 +12,9 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
 
 namespace corvane {
 namespace {
@@ -161,6 +165,36 @@ TEST(AccessCheck, ATemporaryUserAuthorisesOneOperationThroughTheForms)
     EXPECT_EQ(boxes.calls[0].text, "No access to the selected function.");
     EXPECT_EQ(boxes.calls[0].title, "Access Not Allowed");
     EXPECT_EQ(boxes.calls[0].style, msg::Exclamation);
+}
+
+TEST(AccessCheck, NoPasswordEverReachesALog)
+{
+    test::ScratchProgramFolder folder;
+    UserStore store = sampleStore();
+    LoginValues values;
+    test::ScriptedBoxes boxes;
+    SecurityPrompts prompts(store, values, boxes, nullptr);
+    for (const char* typed : {"Secret", "wrong-pass-1", "Wrong-Pass-2"}) {
+        whenModal<frmTempMsg>([typed](frmTempMsg& form) {
+            type(form, "txtTempUserName", QStringLiteral("SMITH"));
+            type(form, "txtTempPassword", QString::fromLatin1(typed));
+            control<QPushButton>(form, "cmdButton_0").click();
+        });
+        Check_Access(store, CommParmsRight, TrueValue, prompts);
+    }
+    values.LoginUser = 2;
+    frmChangeUser form(store, values);
+    form.show();
+    type(form, "txtPassword", QStringLiteral("wrong-pass-3"));
+    control<QPushButton>(form, "cmdButton_0").click();
+
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        std::stringstream text;
+        text << in.rdbuf();
+        for (const char* secret : {"Secret", "wrong-pass", "Wrong-Pass", "boss"})
+            EXPECT_EQ(text.str().find(secret), std::string::npos) << entry.path() << " holds " << secret;
+    }
 }
 
 } // namespace
