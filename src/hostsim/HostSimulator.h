@@ -1,0 +1,99 @@
+#pragma once
+
+#include "hostsim/HostPackets.h"
+#include "hostsim/Plant.h"
+
+#include <QHostAddress>
+#include <QObject>
+#include <QPointer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <deque>
+#include <functional>
+#include <string>
+
+class QTcpServer;
+
+namespace corvane::hostsim {
+
+// Ways the host can misbehave, for the demo's curious and for the tests.
+struct Faults {
+    bool silent = false; // never answer anything
+    std::string version = "4.12"; // VersionMajor.VersionMinor of the 170 reply
+    std::string minimumRemoteVersion = "1.02"; // what the host asks of the terminal
+    int ackSectionsUpTo = 6; // sections above this are not acknowledged
+    int replyDelayMs = 0; // wait before every reply
+    int splitInto = 1; // chunks per packet
+    bool joinWithStatus = false; // every reply shares its chunk with a status packet
+    int closeAfterPackets = 0; // close the connection after sending this many (0: never)
+    bool noPacketTextOnConnect = false; // greet a terminal with text that is no packet
+    std::size_t bigPacketSize = 0; // answer the first status request with a packet this long
+};
+
+// A DNC host on a TCP port: answers the terminal's version, status, machine-type, parameter,
+// update and purge requests from its Plant. One terminal at a time: while one is connected the
+// host stops listening, so another cannot get a connection.
+class HostSimulator : public QObject {
+    Q_OBJECT
+
+public:
+    explicit HostSimulator(Plant plant = Plant::demo(), QObject* parent = nullptr);
+    ~HostSimulator() override;
+
+    // Port 0 picks a free one; port() tells which.
+    bool listen(const QHostAddress& address = QHostAddress::LocalHost, quint16 port = 0);
+    quint16 port() const { return port_; }
+    QString errorString() const { return error_; }
+    bool hasTerminal() const { return terminal_ != nullptr; }
+
+    Faults faults;
+    Plant& plant() { return plant_; }
+    int updatesCompleted() const { return updatesCompleted_; }
+
+    // Unsolicited status packets every `ms` while a terminal is connected (0 stops them).
+    void setPushStatusInterval(int ms);
+    // One line for every packet received and sent, control characters spelt out.
+    void setLog(std::function<void(const QString&)> log) { log_ = std::move(log); }
+
+    // In-process faults: send these bytes now as one packet of their own.
+    void sendRaw(const std::string& bytes);
+    void sendNoPacketText() { sendRaw(noPacketText()); }
+    void sendPaddedPacket(std::size_t size) { sendRaw(paddedPacket(size)); }
+
+Q_SIGNALS:
+    void terminalConnected();
+    void terminalDisconnected();
+    void packetReceived(const QByteArray& packet);
+
+private:
+    void acceptTerminal();
+    void dropTerminal();
+    void readRequests();
+    void answer(const std::string& packet);
+    void reply(std::string packet);
+    void enqueue(std::string packet);
+    void writeNextChunk();
+    void log(const char* direction, std::string_view bytes);
+
+    Plant plant_;
+    QTcpServer* server_;
+    QPointer<QTcpSocket> terminal_;
+    QHostAddress address_;
+    quint16 port_ = 0;
+    QString error_;
+    RequestSplitter splitter_;
+    struct Chunk {
+        std::string bytes;
+        bool endsPacket = false;
+    };
+    std::deque<Chunk> chunks_;
+    QTimer chunkTimer_;
+    QTimer pushTimer_;
+    int packetsSent_ = 0;
+    int updatesCompleted_ = 0;
+    bool bigPacketSent_ = false;
+    std::function<void(const QString&)> log_;
+};
+
+} // namespace corvane::hostsim
