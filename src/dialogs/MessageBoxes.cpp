@@ -3,6 +3,9 @@
 #include "dialogs/forms/frmGenMsgBox.h"
 #include "shell/Latin1.h"
 
+#include <QMessageBox>
+#include <QPushButton>
+
 namespace corvane {
 
 GenMsgBoxes::GenMsgBoxes(QWidget* parent)
@@ -17,6 +20,44 @@ std::int16_t GenMsgBoxes::Show_Gen_MsgBox(const std::string& text, std::int16_t 
     if (const auto pressed = box.pressedResult())
         MsgResult = *pressed;
     return MsgResult;
+}
+
+std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, const std::string& title)
+{
+    QMessageBox box(parent_);
+    box.setWindowTitle(fromLatin1Bytes(title));
+    box.setText(fromLatin1Bytes(text));
+    switch (messageIcon(style)) {
+    case msg::Critical:
+        box.setIcon(QMessageBox::Critical);
+        break;
+    case msg::Question:
+        box.setIcon(QMessageBox::Question);
+        break;
+    case msg::Exclamation:
+        box.setIcon(QMessageBox::Warning);
+        break;
+    case msg::Information:
+        box.setIcon(QMessageBox::Information);
+        break;
+    default:
+        break;
+    }
+    // The same buttons and numbers as the program's own box; Escape answers Cancel, or No.
+    std::vector<std::pair<QPushButton*, std::int16_t>> buttons;
+    for (const MessageButton& b : messageButtons(style)) {
+        const auto role = b.result == msg::ResultCancel || b.result == msg::ResultNo ? QMessageBox::RejectRole
+                                                                                     : QMessageBox::AcceptRole;
+        buttons.emplace_back(box.addButton(QString::fromLatin1(b.caption.c_str()), role), b.result);
+    }
+    const auto defaultIndex = static_cast<std::size_t>(defaultButtonIndex(style));
+    if (defaultIndex < buttons.size())
+        box.setDefaultButton(buttons[defaultIndex].first);
+    box.exec();
+    for (const auto& [button, result] : buttons)
+        if (box.clickedButton() == button)
+            return result;
+    return buttons.size() == 1 ? buttons.front().second : msg::ResultCancel;
 }
 
 } // namespace corvane

@@ -17,6 +17,8 @@ public:
     virtual ~MessageBoxes() = default;
     // Show_Gen_MsgBox: the number of the pressed button.
     virtual std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) = 0;
+    // The system's own message box, same styles (button sets 0-5) and numbers.
+    virtual std::int16_t MsgBox(const std::string& text, std::int16_t style, const std::string& title) = 0;
 };
 
 // The desktop program's boxes, modal over `parent`. As the original did, a box closed without
@@ -25,6 +27,7 @@ class GenMsgBoxes final : public MessageBoxes {
 public:
     explicit GenMsgBoxes(QWidget* parent = nullptr);
     std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) override;
+    std::int16_t MsgBox(const std::string& text, std::int16_t style, const std::string& title) override;
 
     std::vector<MessageButton> CustomButtons; // for style 15
     std::int16_t MsgResult = 0;

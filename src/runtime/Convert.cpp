@@ -160,6 +160,23 @@ Bool16 textToBool(std::string_view text)
     return toBool16(numericValue(text) != 0.0);
 }
 
+double textVal(std::string_view text)
+{
+    std::size_t i = 0;
+    while (i < text.size() && isBlank(text[i]))
+        ++i;
+    std::size_t end = i;
+    if (end < text.size() && (text[end] == '+' || text[end] == '-'))
+        ++end;
+    while (end < text.size() && ((text[end] >= '0' && text[end] <= '9') || text[end] == '.'))
+        ++end;
+    double value = 0.0;
+    const auto begin = text.data() + i + (i < text.size() && text[i] == '+' ? 1 : 0);
+    if (std::from_chars(begin, text.data() + end, value).ec != std::errc())
+        return 0.0;
+    return value;
+}
+
 std::int16_t toInt16(std::int64_t value)
 {
     if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())

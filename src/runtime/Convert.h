@@ -26,6 +26,10 @@ double textToDouble(std::string_view text);
 // "True"/"False" in any case, or a number (0 is False, anything else True).
 Bool16 textToBool(std::string_view text);
 
+// The runtime's lenient reading: the number at the start of the text (blanks skipped), 0 when
+// there is none. Never fails.
+double textVal(std::string_view text);
+
 // Narrowing of computed values into the 16- and 32-bit world; out of range is "Overflow".
 std::int16_t toInt16(std::int64_t value);
 std::int32_t toInt32(std::int64_t value);

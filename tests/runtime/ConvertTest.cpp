@@ -85,6 +85,14 @@ TEST(Convert, BooleansAreSixteenBitWithTrueAllBitsSet)
     EXPECT_EQ(boolText(FalseValue), "False");
 }
 
+TEST(Convert, ValReadsTheLeadingNumberAndNeverFails)
+{
+    EXPECT_EQ(textVal("  12abc"), 12.0);
+    EXPECT_EQ(textVal("-3.5x"), -3.5);
+    EXPECT_EQ(textVal("=120"), 0.0);
+    EXPECT_EQ(textVal(""), 0.0);
+}
+
 TEST(Convert, DoublesAndNarrowing)
 {
     EXPECT_DOUBLE_EQ(textToDouble("4.12"), 4.12);

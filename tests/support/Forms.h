@@ -27,6 +27,11 @@ struct ScriptedBoxes final : MessageBoxes {
     std::vector<Call> calls;
     std::deque<std::int16_t> answers;
 
+    std::int16_t MsgBox(const std::string& text, std::int16_t style, const std::string& title) override
+    {
+        return Show_Gen_MsgBox(text, style, title);
+    }
+
     std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) override
     {
         calls.push_back({text, style, title});

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace corvane {
+
+class frmCVRemote;
+class frmCVRemoteStartup;
+struct Services;
+
+// Takes the README's pictures of the demo: the start-up form, the main window connected with its
+// grid filled, and the configuration form; then ends the program.
+class Screenshots {
+public:
+    Screenshots(QString folder, Services& services);
+    void startupShown(frmCVRemoteStartup& startup);
+    void mainShown(frmCVRemote& main);
+
+private:
+    bool save(QWidget& widget, const char* name);
+    QString folder_;
+    Services& services_;
+};
+
+} // namespace corvane

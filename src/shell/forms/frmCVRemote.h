@@ -1,0 +1,83 @@
+#pragma once
+
+#include "security/Login.h"
+#include "security/Rights.h"
+#include "security/forms/SecurityPrompts.h"
+#include "shell/HostConfiguration.h"
+#include "shell/HostSession.h"
+#include "shell/PortStatusModel.h"
+#include "shell/SessionUi.h"
+#include "shell/forms/Services.h"
+
+#include <QMainWindow>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class frmCVRemote;
+}
+
+namespace corvane {
+
+// The main window: host picker and connection, the port grid, the port commands, the menus.
+// It owns the host session and answers what the session shows and asks.
+class frmCVRemote : public QMainWindow, private SessionUi {
+    Q_OBJECT
+
+public:
+    explicit frmCVRemote(Services& services, QWidget* parent = nullptr);
+    ~frmCVRemote() override;
+
+    HostSession& session() { return session_; }
+    UserStore& users() { return store_; }
+    HostConfiguration& configuration() { return config_; }
+    // Selects host n (1-5) as a click in the picker would.
+    void selectHost(int n);
+    // The program ended (missing user store, idle log-off) with this code.
+    std::optional<int> endedWith() const { return ended_; }
+
+protected:
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    // SessionUi
+    void showMessage(const std::string& text) override;
+    std::int16_t askYesNo(const std::string& text) override;
+    void showSocketStatus(const QString& caption, std::uint32_t colour) override;
+    void portTableChanged() override;
+    void rememberGridPosition() override;
+    void afterDisconnect() override;
+    void notFtpRefused() override;
+    void idleLoggedOff() override;
+
+    void activate();
+    void endProgram(int code);
+    void Populate_Host();
+    void rowChanged(int row);
+    void setCurrentRow(const std::optional<std::string>& bookmark);
+    void setNotFtpColour(const QColor& colour);
+    void showSetupUsers();
+    void openConfiguration();
+    void changeUser();
+    std::string title() const;
+
+    std::unique_ptr<Ui::frmCVRemote> ui;
+    Services& services_;
+    HostConfiguration config_;
+    UserStore store_;
+    RightsList rights_;
+    LoginValues login_;
+    SecurityPrompts prompts_;
+    HostSession session_;
+    PortStatusModel model_;
+    bool firstActivation_ = true;
+    bool activating_ = false;
+    std::optional<std::string> currentBookmark_; // the row the user last moved to
+    std::optional<std::string> rememberedBookmark_; // put back after a disconnect
+    std::optional<std::string> formBookmark_; // Set Bookmark / Get Bookmark
+    std::optional<int> ended_;
+};
+
+} // namespace corvane

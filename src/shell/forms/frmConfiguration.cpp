@@ -1,0 +1,133 @@
+#include "shell/forms/frmConfiguration.h"
+
+#include "dialogs/MessageBoxes.h"
+#include "shell/HostConfiguration.h"
+#include "shell/Latin1.h"
+#include "shell/ShellRules.h"
+#include "ui_frmConfiguration.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace corvane {
+
+frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, QWidget* parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::frmConfiguration>())
+    , config_(config)
+    , boxes_(boxes)
+{
+    ui->setupUi(this);
+    names_ = {nullptr, ui->txtHostName_1, ui->txtHostName_2, ui->txtHostName_3, ui->txtHostName_4, ui->txtHostName_5};
+    addresses_ = {nullptr, ui->txtHostIP_1, ui->txtHostIP_2, ui->txtHostIP_3, ui->txtHostIP_4, ui->txtHostIP_5};
+    ports_ = {nullptr, ui->txtSocketPortNumber_1, ui->txtSocketPortNumber_2, ui->txtSocketPortNumber_3,
+        ui->txtSocketPortNumber_4, ui->txtSocketPortNumber_5};
+    const std::array<QPushButton*, 6> defaults
+        = {nullptr, ui->cmdDefault_1, ui->cmdDefault_2, ui->cmdDefault_3, ui->cmdDefault_4, ui->cmdDefault_5};
+
+    for (int n = 1; n <= HostCount; ++n) {
+        Populate_Host_Fields(n);
+        const auto i = static_cast<std::size_t>(n);
+        connect(
+            names_[i], &QLineEdit::textEdited, this, [this, i](const QString& text) { config_.HostNames[i] = text; });
+        connect(
+            addresses_[i], &QLineEdit::textEdited, this, [this, i](const QString& text) { config_.HostIPs[i] = text; });
+        connect(ports_[i], &QLineEdit::textEdited, this, [this, n] { portEdited(n); });
+        connect(ports_[i], &QLineEdit::editingFinished, this, [this, n] { storePort(n); });
+        connect(defaults[i], &QPushButton::clicked, this, [this, n] { setDefault(n); });
+        ports_[i]->installEventFilter(this);
+    }
+    ui->txtIdleMinutes->setText(QString::number(config.IdleMinutes));
+    ui->txtIdleMinutes->installEventFilter(this);
+    connect(ui->txtIdleMinutes, &QLineEdit::textEdited, this, &frmConfiguration::idleEdited);
+    connect(ui->cmdSaveHostIP, &QPushButton::clicked, this, &frmConfiguration::save);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &frmConfiguration::cancel);
+}
+
+frmConfiguration::~frmConfiguration() = default;
+
+void frmConfiguration::Populate_Host_Fields(int n)
+{
+    const auto i = static_cast<std::size_t>(n);
+    names_[i]->setText(config_.HostNames[i]);
+    addresses_[i]->setText(config_.HostIPs[i]);
+    ports_[i]->setText(QString::number(config_.SocketPorts[i]));
+}
+
+// Port and idle fields take digits and backspace; keys that type anything else are dropped.
+bool frmConfiguration::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const QString text = static_cast<QKeyEvent*>(event)->text();
+        if (!text.isEmpty() && !acceptedDigitKey(text.at(0).toLatin1()))
+            return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void frmConfiguration::portEdited(int n)
+{
+    QLineEdit* field = ports_[static_cast<std::size_t>(n)];
+    std::vector<std::string> others;
+    for (int m = 1; m <= HostCount; ++m)
+        if (m != n)
+            others.push_back(toLatin1Bytes(ports_[static_cast<std::size_t>(m)]->text()));
+
+    const FieldChange change = portFieldChanged(toLatin1Bytes(field->text()), others);
+    if (fromLatin1Bytes(change.text) != field->text())
+        field->setText(fromLatin1Bytes(change.text));
+    if (change.selectAll)
+        field->selectAll();
+    if (change.duplicate) {
+        boxes_.MsgBox(message::duplicatePort(change.text), 0, toLatin1Bytes(QApplication::applicationName()));
+        field->setText(QString::number(config_.SocketPorts[static_cast<std::size_t>(n)]));
+    }
+}
+
+void frmConfiguration::storePort(int n)
+{
+    const auto i = static_cast<std::size_t>(n);
+    bool ok = false;
+    const int port = ports_[i]->text().toInt(&ok);
+    if (ok)
+        config_.SocketPorts[i] = port;
+}
+
+void frmConfiguration::idleEdited()
+{
+    const FieldChange change = idleFieldChanged(toLatin1Bytes(ui->txtIdleMinutes->text()));
+    if (fromLatin1Bytes(change.text) != ui->txtIdleMinutes->text())
+        ui->txtIdleMinutes->setText(fromLatin1Bytes(change.text));
+    if (change.selectAll)
+        ui->txtIdleMinutes->selectAll();
+    config_.IdleMinutes = static_cast<std::int16_t>(ui->txtIdleMinutes->text().toInt());
+}
+
+void frmConfiguration::setDefault(int n)
+{
+    const auto i = static_cast<std::size_t>(n);
+    config_.HostNames[i] = HostConfiguration::defaultName(n);
+    config_.HostIPs[i].clear();
+    config_.SocketPorts[i] = HostConfiguration::defaultPort(n);
+    Populate_Host_Fields(n);
+}
+
+void frmConfiguration::save()
+{
+    // Leaving a port field for the button stores it, as leaving it any other way does.
+    for (int n = 1; n <= HostCount; ++n)
+        storePort(n);
+    if (!config_.save())
+        boxes_.MsgBox("The configuration could not be saved: this user may not write the machine's settings.",
+            msg::Exclamation, toLatin1Bytes(QApplication::applicationName()));
+    accept();
+}
+
+void frmConfiguration::cancel()
+{
+    for (int n = 1; n <= HostCount; ++n)
+        storePort(n);
+    reject();
+}
+
+} // namespace corvane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDialog>
+
+#include <array>
+#include <memory>
+
+class QLineEdit;
+
+namespace Ui {
+class frmConfiguration;
+}
+
+namespace corvane {
+
+class HostConfiguration;
+class MessageBoxes;
+
+// The five hosts and the idle time. Typing changes the in-memory tables at once; Save writes
+// them to the registry, Cancel leaves the registry as it was.
+class frmConfiguration : public QDialog {
+    Q_OBJECT
+
+public:
+    frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, QWidget* parent = nullptr);
+    ~frmConfiguration() override;
+
+    void Populate_Host_Fields(int n);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void portEdited(int n);
+    void storePort(int n);
+    void idleEdited();
+    void setDefault(int n);
+    void save();
+    void cancel();
+
+    std::unique_ptr<Ui::frmConfiguration> ui;
+    HostConfiguration& config_;
+    MessageBoxes& boxes_;
+    std::array<QLineEdit*, 6> names_{};
+    std::array<QLineEdit*, 6> addresses_{};
+    std::array<QLineEdit*, 6> ports_{};
+};
+
+} // namespace corvane
