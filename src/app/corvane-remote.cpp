@@ -89,8 +89,8 @@ int main(int argc, char** argv)
         wantsScreenshots |= a == "--screenshot" || a.starts_with("--screenshot=");
         wantsWindows &= a != "--help" && a != "-h" && a != "--version" && a != "-v" && a != "--create-user-store";
     }
-    if (wantsScreenshots && !hasDisplay())
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures need no screen
+    if ((wantsScreenshots || !wantsWindows) && !hasDisplay())
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures, help and the store command need no screen
     if (wantsWindows && !hasDisplay()) {
         std::fprintf(stderr,
             "Corvane Remote is a desktop program and this session has no display.\n"

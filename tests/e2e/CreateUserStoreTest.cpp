@@ -2,30 +2,18 @@
 #include "support/ScratchProgramFolder.h"
 #include "support/Users.h"
 
-#include <QProcess>
-#include <QProcessEnvironment>
+#include "support/Program.h"
 
 #include <gtest/gtest.h>
 
 namespace corvane {
 namespace {
 
-struct ProgramRun {
-    int exitCode;
-    QString out;
-    QString err;
-};
-
-ProgramRun runProgram(const QStringList& arguments, const std::filesystem::path& root)
+test::ProgramRun runProgram(const QStringList& arguments, const std::filesystem::path& root)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("CORVANE_ROOT"), QString::fromStdString(root.string()));
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(CORVANE_REMOTE_EXE), arguments);
-    EXPECT_TRUE(process.waitForFinished(30000));
-    return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
-        QString::fromLocal8Bit(process.readAllStandardError())};
+    return test::runProgram(QStringLiteral(CORVANE_REMOTE_EXE), arguments, [&root](QProcessEnvironment& env) {
+        env.insert(QStringLiteral("CORVANE_ROOT"), QString::fromStdString(root.string()));
+    });
 }
 
 TEST(CreateUserStore, CreatesTheReservedUsersOnceAndNeverOverwrites)
@@ -34,7 +22,7 @@ TEST(CreateUserStore, CreatesTheReservedUsersOnceAndNeverOverwrites)
     setenv("CORVANE_ROOT", folder.path().c_str(), 1);
     const auto path = folder.path() / "BRELLWICK" / "BWKXBIDS.DAT";
 
-    const ProgramRun first = runProgram({QStringLiteral("--create-user-store")}, folder.path());
+    const test::ProgramRun first = runProgram({QStringLiteral("--create-user-store")}, folder.path());
     EXPECT_EQ(first.exitCode, 0) << first.err.toStdString();
     EXPECT_TRUE(first.out.contains(QString::fromStdString(path.string())));
     EXPECT_EQ(std::filesystem::file_size(path), 2 * UserRecordLength);
@@ -51,7 +39,7 @@ TEST(CreateUserStore, CreatesTheReservedUsersOnceAndNeverOverwrites)
     store.users[0].Password = "boss";
     store.Save_User_Record(0);
     const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT");
-    const ProgramRun second = runProgram({QStringLiteral("--create-user-store")}, folder.path());
+    const test::ProgramRun second = runProgram({QStringLiteral("--create-user-store")}, folder.path());
     EXPECT_NE(second.exitCode, 0);
     EXPECT_TRUE(second.err.contains(QStringLiteral("already exists")));
     EXPECT_EQ(folder.read("BRELLWICK/BWKXBIDS.DAT"), before);
@@ -61,7 +49,7 @@ TEST(CreateUserStore, AFolderThatCannotBeMadeIsReported)
 {
     test::ScratchProgramFolder folder;
     folder.write("BRELLWICK", "a file where the folder should be");
-    const ProgramRun run = runProgram({QStringLiteral("--create-user-store")}, folder.path());
+    const test::ProgramRun run = runProgram({QStringLiteral("--create-user-store")}, folder.path());
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.err.contains(QStringLiteral("could not create the user store"))) << run.err.toStdString();
 }
@@ -69,7 +57,7 @@ TEST(CreateUserStore, AFolderThatCannotBeMadeIsReported)
 TEST(CreateUserStore, HelpListsTheOption)
 {
     test::ScratchProgramFolder folder;
-    const ProgramRun run = runProgram({QStringLiteral("--help")}, folder.path());
+    const test::ProgramRun run = runProgram({QStringLiteral("--help")}, folder.path());
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_TRUE(run.out.contains(QStringLiteral("--create-user-store")));
 }

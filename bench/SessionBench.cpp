@@ -1,0 +1,104 @@
+// End-to-end figures of the host session on loopback against the simulated host:
+//  1. connect -> version -> status -> grid filled, repeated;
+//  2. the CPU time the terminal uses while it waits 3 s for a host that never answers.
+#include "hostsim/HostSimulator.h"
+#include "shell/HostConfiguration.h"
+#include "shell/HostSession.h"
+#include "shell/Registry.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+using namespace corvane;
+
+namespace {
+
+struct QuietUi : SessionUi {
+    void showMessage(const std::string&) override {}
+    std::int16_t askYesNo(const std::string&) override { return 6; }
+    void showSocketStatus(const QString&, std::uint32_t) override {}
+    void portTableChanged() override {}
+    void rememberGridPosition() override {}
+    void afterDisconnect() override {}
+    void notFtpRefused() override {}
+    void idleLoggedOff() override {}
+};
+
+double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+// Runs the event loop until `done`, looking every millisecond.
+void runUntil(const std::function<bool()>& done)
+{
+    QEventLoop loop;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+        if (done())
+            loop.quit();
+    });
+    look.start(1);
+    if (!done())
+        loop.exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QTemporaryDir scratch;
+    qputenv("CORVANE_REGISTRY_DIR", scratch.path().toLocal8Bit());
+    qputenv("CORVANE_PROGRAM_DIR", scratch.path().toLocal8Bit());
+    auto registry = openSystemRegistry();
+    HostConfiguration config(*registry);
+    config.load();
+    hostsim::HostSimulator host;
+    host.listen();
+    config.HostIPs[1] = QStringLiteral("127.0.0.1");
+    config.SocketPorts[1] = host.port();
+    QuietUi ui;
+
+    constexpr int Runs = 40;
+    std::vector<double> ms;
+    for (int i = 0; i < Runs; ++i) {
+        HostSession session(config, ui);
+        QElapsedTimer clock;
+        clock.start();
+        session.Command1_Click(QStringLiteral("127.0.0.1"));
+        runUntil([&] { return !session.PortStatus[127].WorkstationName.empty(); });
+        ms.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+        session.cmdDisconnect_Click();
+        runUntil([&] { return !host.hasTerminal(); });
+    }
+    std::sort(ms.begin(), ms.end());
+    std::printf("connect -> version -> status -> 128 rows filled, %d runs: median %.2f ms, min %.2f ms, max %.2f ms\n",
+                Runs, ms[ms.size() / 2], ms.front(), ms.back());
+
+    host.faults.silent = true;
+    {
+        HostSession session(config, ui);
+        const double cpuBefore = cpuSeconds();
+        QElapsedTimer clock;
+        clock.start();
+        session.Command1_Click(QStringLiteral("127.0.0.1")); // returns on "Fetch Version Timeout."
+        const double wall = static_cast<double>(clock.elapsed()) / 1000.0;
+        const double cpu = cpuSeconds() - cpuBefore;
+        std::printf("waiting for a silent host's version reply: %.2f s of wall time, %.1f ms of CPU (%.2f%% of one core)\n",
+                    wall, cpu * 1000.0, 100.0 * cpu / wall);
+    }
+    return 0;
+}

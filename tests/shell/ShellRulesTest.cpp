@@ -1,0 +1,115 @@
+#include "shell/ShellRules.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+TEST(ShellRules, VersionRuleAndAdvisory)
+{
+    for (const char* accepted : {"4.12", "4.2", "5.0", "10"})
+        EXPECT_TRUE(hostVersionAccepted(accepted)) << accepted;
+    for (const char* refused : {"4.11", "4.1", "3.99", "abc", ""})
+        EXPECT_FALSE(hostVersionAccepted(refused)) << refused;
+    // The terminal is 1.02, read as 1.2: the advisory only for strictly more.
+    for (const char* advised : {"1.21", "1.3", "2"})
+        EXPECT_TRUE(upgradeAdvised(advised)) << advised;
+    for (const char* quiet : {"1.02", "1.2", "1.03", "1.1", "x"})
+        EXPECT_FALSE(upgradeAdvised(quiet)) << quiet;
+}
+
+TEST(ShellRules, MessagesWordForWord)
+{
+    EXPECT_EQ(message::connectionTimeOut(),
+        "Connection Time Out.\r\n\r\nAnother instance of Corvane Remote may be connected\r\nto your target Host.  "
+        "If not, please check the following:\r\n\r\nUse the Configuration utility to set both the Host IP "
+        "Address \r\nand the Socket Port Number to match the configuration you\r\nassigned to the Corvane Host "
+        "you are attempting to \r\nconnect to. Also, confirm that the Corvane Host is\r\nrunning with the Remote "
+        "Socket option enabled.");
+    EXPECT_EQ(message::hostTooOld("4.11"),
+        "You are attempting to connect to Corvane version \r\n4.11.  This version of "
+        "Corvane Remote requires\r\nCorvane version 4.12.xx or later.");
+    EXPECT_EQ(message::fetchVersionTimeout(),
+        "Fetch Version Timeout.\r\n\r\nYou must be connecting to Corvane \r\nversion 4.12.xx or later.");
+    const std::string advisory = message::upgradeAdvisory("4.12", "1.3");
+    EXPECT_TRUE(advisory.starts_with("The version of Corvane you are connected to\r\n-- version 4.12.xx -- is "
+                                     "optimized for use with \r\nCorvane Remote version 1.3.xx.\r\n\r\nThe version "
+                                     "of Corvane Remote you are currently \r\n"))
+        << advisory;
+    EXPECT_NE(advisory.find("using is 1.2.xx.  You should upgrade this version\r\nof Corvane Remote.\r\n\r\n"),
+        std::string::npos);
+    EXPECT_TRUE(advisory.ends_with("update information."));
+    EXPECT_EQ(message::idleLogOff(1), "No User Activity For 1 Minutes. \r\nRemote Connection Disconnected  ");
+    EXPECT_EQ(message::duplicatePort("100"),
+        "Port: 100 is already assigned to \r\nanother Host.  You must assign a unique number.");
+    EXPECT_EQ(message::accessDenied(), "Password Security has been compromised.  \r\nReinstall CV Remote.");
+}
+
+TEST(ShellRules, BookmarksAndTheUnboundRead)
+{
+    struct Case {
+        std::optional<std::string> start;
+        int count;
+        bool forward;
+        std::vector<int> rows;
+    } const cases[] = {
+        {std::nullopt, 3, true, {0, 1, 2}},
+        {std::nullopt, 2, false, {127, 126}},
+        {"126", 5, true, {127}},
+        {"1", 5, false, {0}},
+        {"5.7", 2, true, {6, 7}}, // truncated
+        {"200", 5, true, {}},
+        {"-3", 5, true, {}},
+        {"abc", 5, true, {}},
+        {"127", 3, true, {}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(unboundReadRows(c.start, c.count, c.forward), c.rows) << c.start.value_or("null");
+    EXPECT_EQ(bookmarkToRow(std::string("200"), true), InvalidRow);
+
+    std::vector<PortStatusRecord> table(2, PortStatusRecord{"M", "P", "S", "9", "ID"});
+    const std::vector<std::string> row = {gridValue(table, 1, 0), gridValue(table, 1, 1), gridValue(table, 1, 2),
+        gridValue(table, 1, 3), gridValue(table, 1, 4), gridValue(table, 1, 5)};
+    EXPECT_EQ(row, (std::vector<std::string>{"2", "M", "P", "ID", "S", "9"}));
+    EXPECT_EQ(gridValue(table, 5, 0), "6");
+    EXPECT_EQ(gridValue(table, 5, 1), "");
+}
+
+TEST(ShellRules, ConfigurationFieldsAndFtpModes)
+{
+    struct Case {
+        std::string typed;
+        std::vector<std::string> others;
+        std::string text;
+        bool selectAll, duplicate;
+    } const ports[] = {
+        {"", {}, "1", true, false},
+        {"70000", {}, "65535", false, false},
+        {"0", {}, "1", false, false},
+        {"100", {"100"}, "100", false, true},
+        {"0100", {"100"}, "0100", false, false}, // textual comparison
+        {"0", {"1"}, "1", false, true},
+        {"99999999999", {}, "65535", false, false},
+    };
+    for (const auto& c : ports) {
+        const FieldChange change = portFieldChanged(c.typed, c.others);
+        EXPECT_EQ(change.text, c.text) << c.typed;
+        EXPECT_EQ(change.selectAll, c.selectAll) << c.typed;
+        EXPECT_EQ(change.duplicate, c.duplicate) << c.typed;
+    }
+    EXPECT_EQ(idleFieldChanged("75").text, "60");
+    EXPECT_EQ(idleFieldChanged("").text, "1");
+    EXPECT_EQ(idleFieldChanged("0").text, "0");
+    EXPECT_TRUE(acceptedDigitKey('7'));
+    EXPECT_TRUE(acceptedDigitKey('\b'));
+    EXPECT_FALSE(acceptedDigitKey('a'));
+    EXPECT_FALSE(acceptedDigitKey('-'));
+
+    for (const char* mode : {"FTP", "Timer Folder", "DC + FTP", "DC + TMR FLDR"})
+        EXPECT_TRUE(isFtpTypeMode(mode));
+    for (const char* other : {"ftp", "FTP ", "Sending", ""})
+        EXPECT_FALSE(isFtpTypeMode(other));
+}
+
+} // namespace
+} // namespace corvane
