@@ -87,10 +87,6 @@ void setNoPacketStringHandler(std::function<void()> handler)
     noPacketStringHandler() = std::move(handler);
 }
 
-} // namespace corvane
-
-namespace corvane {
-
 std::string packetHeader(std::int16_t type, std::int16_t section)
 {
     std::string packet(1, SOH);

@@ -57,10 +57,6 @@ std::string Get_Packet_Field(std::string_view packet, std::string_view key);
 // an OK button. Without a handler the notice is only logged with the packet.
 void setNoPacketStringHandler(std::function<void()> handler);
 
-} // namespace corvane
-
-namespace corvane {
-
 // Writing packets: SOH, "PKT_TYPE=" type STX, "SECTION=" section STX; then key, value, STX for
 // each further field. A request then ends with ETX EOT.
 std::string packetHeader(std::int16_t type, std::int16_t section);

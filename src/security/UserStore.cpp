@@ -1,5 +1,6 @@
 #include "security/UserStore.h"
 
+#include "runtime/ErrorLog.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
@@ -187,12 +188,6 @@ std::int16_t UserStore::count() const
 {
     return toInt16(static_cast<std::int64_t>(users.size()));
 }
-
-} // namespace corvane
-
-#include "runtime/ErrorLog.h"
-
-namespace corvane {
 
 StoreLoad loadUserStore(UserStore& store)
 {

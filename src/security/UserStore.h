@@ -82,9 +82,6 @@ public:
 inline constexpr std::string_view SupervisorName = "SUPERVISOR";
 inline constexpr std::string_view GuestName = "GUEST";
 
-} // namespace corvane
-
-namespace corvane {
 
 // How a load ended, for the main window: it cannot go on without a readable, sound store.
 enum class StoreLoad {
