@@ -4,6 +4,7 @@
 #include "runtime/RunTimeError.h"
 
 #include <cmath>
+#include <initializer_list>
 
 namespace corvane {
 namespace {
@@ -42,23 +43,37 @@ bool upgradeAdvised(std::string_view minimumRemoteVersion)
 }
 
 namespace message {
+namespace {
+
+// A message is its lines joined by CR LF; an empty piece is an empty line.
+std::string lines(std::initializer_list<std::string_view> pieces)
+{
+    std::string text;
+    bool first = true;
+    for (std::string_view piece : pieces) {
+        if (!first)
+            text += CrLf;
+        text += piece;
+        first = false;
+    }
+    return text;
+}
+
+} // namespace
 
 std::string alreadyConnected()
 {
-    return std::string("Already connected.  To connect to a different ") + CrLf.data()
-        + "Host please disconnect the current host first.";
+    return lines({"Already connected.  To connect to a different ", "Host please disconnect the current host first."});
 }
 
 std::string alreadyConnectedDropDown()
 {
-    return std::string("Already connected.  To connect to a different ") + CrLf.data()
-        + "Host please disconnect from the current Host.";
+    return lines({"Already connected.  To connect to a different ", "Host please disconnect from the current Host."});
 }
 
 std::string noAddress()
 {
-    return std::string("No IP address is assigned.  Please select") + CrLf.data()
-        + "a Host with an assigned IP address.";
+    return lines({"No IP address is assigned.  Please select", "a Host with an assigned IP address."});
 }
 
 std::string undefinedHost()
@@ -68,74 +83,35 @@ std::string undefinedHost()
 
 std::string connectionTimeOut()
 {
-    std::string t = "Connection Time Out.";
-    t += CrLf;
-    t += CrLf;
-    t += "Another instance of Corvane Remote may be connected";
-    t += CrLf;
-    t += "to your target Host.  If not, please check the following:";
-    t += CrLf;
-    t += CrLf;
-    t += "Use the Configuration utility to set both the Host IP Address ";
-    t += CrLf;
-    t += "and the Socket Port Number to match the configuration you";
-    t += CrLf;
-    t += "assigned to the Corvane Host you are attempting to ";
-    t += CrLf;
-    t += "connect to. Also, confirm that the Corvane Host is";
-    t += CrLf;
-    t += "running with the Remote Socket option enabled.";
-    return t;
+    return lines({"Connection Time Out.", "", "Another instance of Corvane Remote may be connected",
+        "to your target Host.  If not, please check the following:", "",
+        "Use the Configuration utility to set both the Host IP Address ",
+        "and the Socket Port Number to match the configuration you",
+        "assigned to the Corvane Host you are attempting to ", "connect to. Also, confirm that the Corvane Host is",
+        "running with the Remote Socket option enabled."});
 }
 
 std::string fetchVersionTimeout()
 {
-    std::string t = "Fetch Version Timeout.";
-    t += CrLf;
-    t += CrLf;
-    t += "You must be connecting to Corvane ";
-    t += CrLf;
-    t += "version ";
-    t += MinimumHostVersion;
-    t += ".xx or later.";
-    return t;
+    return lines({"Fetch Version Timeout.", "", "You must be connecting to Corvane ",
+        "version " + std::string(MinimumHostVersion) + ".xx or later."});
 }
 
 std::string hostTooOld(std::string_view hostVersion)
 {
-    std::string t = "You are attempting to connect to Corvane version ";
-    t += CrLf;
-    t += hostVersion;
-    t += ".  This version of Corvane Remote requires";
-    t += CrLf;
-    t += "Corvane version ";
-    t += MinimumHostVersion;
-    t += ".xx or later.";
-    return t;
+    return lines({"You are attempting to connect to Corvane version ",
+        std::string(hostVersion) + ".  This version of Corvane Remote requires",
+        "Corvane version " + std::string(MinimumHostVersion) + ".xx or later."});
 }
 
 std::string upgradeAdvisory(std::string_view hostVersion, std::string_view minimumRemoteVersion)
 {
-    std::string t = "The version of Corvane you are connected to";
-    t += CrLf;
-    t += "-- version ";
-    t += hostVersion;
-    t += ".xx -- is optimized for use with ";
-    t += CrLf;
-    t += "Corvane Remote version ";
-    t += minimumRemoteVersion;
-    t += ".xx.";
-    t += CrLf;
-    t += CrLf;
-    t += "The version of Corvane Remote you are currently ";
-    t += CrLf;
-    t += "using is " + ownVersionText() + ".xx.  You should upgrade this version";
-    t += CrLf;
-    t += "of Corvane Remote.";
-    t += CrLf;
-    t += CrLf;
-    t += "Ask the supplier of your DNC system for update information.";
-    return t;
+    return lines({"The version of Corvane you are connected to",
+        "-- version " + std::string(hostVersion) + ".xx -- is optimized for use with ",
+        "Corvane Remote version " + std::string(minimumRemoteVersion) + ".xx.", "",
+        "The version of Corvane Remote you are currently ",
+        "using is " + ownVersionText() + ".xx.  You should upgrade this version", "of Corvane Remote.", "",
+        "Ask the supplier of your DNC system for update information."});
 }
 
 std::string noSocketConnection()
@@ -145,44 +121,32 @@ std::string noSocketConnection()
 
 std::string purgeQuestion()
 {
-    return std::string("This action will purge and reset the specified port.") + CrLf.data()
-        + "Do you want to continue?";
+    return lines({"This action will purge and reset the specified port.", "Do you want to continue?"});
 }
 
 std::string idleLogOff(std::int16_t idleMinutes)
 {
-    return "No User Activity For " + std::to_string(idleMinutes) + " Minutes. " + CrLf.data()
-        + "Remote Connection Disconnected  ";
+    return lines(
+        {"No User Activity For " + std::to_string(idleMinutes) + " Minutes. ", "Remote Connection Disconnected  "});
 }
 
 std::string insufficientRights()
 {
-    std::string t = "You have insufficient computer rights to access this module.";
-    t += CrLf;
-    t += CrLf;
-    t += "To run this module you need read/write access to ";
-    t += CrLf;
-    t += "LOCAL_MACHINE registry values.";
-    t += CrLf;
-    t += CrLf;
-    t += "This is a system restriction, not a Corvane restriction. ";
-    t += CrLf;
-    t += CrLf;
-    t += "Contact your Systems Administrator if you need access ";
-    t += CrLf;
-    t += "to this module.";
-    return t;
+    return lines({"You have insufficient computer rights to access this module.", "",
+        "To run this module you need read/write access to ", "LOCAL_MACHINE registry values.", "",
+        "This is a system restriction, not a Corvane restriction. ", "",
+        "Contact your Systems Administrator if you need access ", "to this module."});
 }
 
 std::string accessDenied()
 {
-    return std::string("Password Security has been compromised.  ") + CrLf.data() + "Reinstall CV Remote.";
+    return lines({"Password Security has been compromised.  ", "Reinstall CV Remote."});
 }
 
 std::string duplicatePort(std::string_view portText)
 {
-    return "Port: " + std::string(portText) + " is already assigned to " + CrLf.data()
-        + "another Host.  You must assign a unique number.";
+    return lines({"Port: " + std::string(portText) + " is already assigned to ",
+        "another Host.  You must assign a unique number."});
 }
 
 } // namespace message

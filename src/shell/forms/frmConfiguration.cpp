@@ -112,11 +112,16 @@ void frmConfiguration::setDefault(int n)
     Populate_Host_Fields(n);
 }
 
-void frmConfiguration::save()
+// Leaving a port field for a button stores it, as leaving it any other way does.
+void frmConfiguration::storePorts()
 {
-    // Leaving a port field for the button stores it, as leaving it any other way does.
     for (int n = 1; n <= HostCount; ++n)
         storePort(n);
+}
+
+void frmConfiguration::save()
+{
+    storePorts();
     if (!config_.save())
         boxes_.MsgBox("The configuration could not be saved: this user may not write the machine's settings.",
             msg::Exclamation, toLatin1Bytes(QApplication::applicationName()));
@@ -125,8 +130,7 @@ void frmConfiguration::save()
 
 void frmConfiguration::cancel()
 {
-    for (int n = 1; n <= HostCount; ++n)
-        storePort(n);
+    storePorts();
     reject();
 }
 

@@ -33,6 +33,7 @@ protected:
 private:
     void portEdited(int n);
     void storePort(int n);
+    void storePorts();
     void idleEdited();
     void setDefault(int n);
     void save();
