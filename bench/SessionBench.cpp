@@ -4,7 +4,7 @@
 #include "hostsim/HostSimulator.h"
 #include "shell/HostConfiguration.h"
 #include "shell/HostSession.h"
-#include "shell/Registry.h"
+#include "platform/Registry.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

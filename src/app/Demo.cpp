@@ -2,7 +2,8 @@
 
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
-#include "shell/Registry.h"
+#include "platform/Registry.h"
+#include "shell/HostConfiguration.h"
 
 #include <QDir>
 
@@ -35,14 +36,19 @@ bool Demo::start(QString& error)
     }
     host_->setPushStatusInterval(2000); // byte counts move while you watch
 
-    const QString key = QStringLiteral("Software\\Brellwick\\CorvaneRemote\\Configuration");
+    // Host 1 is the simulator; host 2 shows what a host that is not set up says.
     auto registry = openSystemRegistry();
-    registry->createKey(Hive::Machine, key);
-    registry->writeText(Hive::Machine, key, QStringLiteral("HostName1"), QStringLiteral("Demo Host (simulated)"));
-    registry->writeText(Hive::Machine, key, QStringLiteral("HostIP1"), QStringLiteral("127.0.0.1"));
-    registry->writeNumber(Hive::Machine, key, QStringLiteral("SocketPortNumber1"), host_->port());
-    registry->writeText(Hive::Machine, key, QStringLiteral("HostName2"), QStringLiteral("Spare Host (not set up)"));
-    registry->writeText(Hive::Machine, key, QStringLiteral("HostIP2"), QStringLiteral("Undefined"));
+    HostConfiguration hosts(*registry);
+    hosts.load();
+    hosts.HostNames[1] = QStringLiteral("Demo Host (simulated)");
+    hosts.HostIPs[1] = QStringLiteral("127.0.0.1");
+    hosts.SocketPorts[1] = host_->port();
+    hosts.HostNames[2] = QStringLiteral("Spare Host (not set up)");
+    hosts.HostIPs[2] = QStringLiteral("Undefined");
+    if (!hosts.saveHost(1) || !hosts.saveHost(2)) {
+        error = QStringLiteral("the demo's settings cannot be written in ") + registryFolder();
+        return false;
+    }
     return true;
 }
 

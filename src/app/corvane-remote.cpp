@@ -7,8 +7,9 @@
 #include "runtime/RunTimeError.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
-#include "shell/Registry.h"
+#include "platform/Registry.h"
 #include "shell/forms/frmCVRemote.h"
+#include "shell/VersionRules.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 
 #include <QApplication>
@@ -102,7 +103,7 @@ int main(int argc, char** argv)
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane Remote"));
-    QApplication::setApplicationVersion(QStringLiteral("1.02 (build 8)"));
+    QApplication::setApplicationVersion(QString::fromStdString(clientVersionText()));
     setExecutableFolder(QApplication::applicationDirPath().toStdString());
 
     QCommandLineParser parser;

@@ -1,7 +1,7 @@
 #include "dialogs/MessageBoxes.h"
 
 #include "dialogs/forms/frmGenMsgBox.h"
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 
 #include <QMessageBox>
 #include <QPushButton>

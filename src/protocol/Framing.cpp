@@ -58,13 +58,13 @@ std::int16_t Get_Packet_Type(std::string_view packet)
 {
     if (left(packet, 3) == "ACK") {
         Log_Packet_Error(packet);
-        return AckPacketType;
+        return packet_type::Ack;
     }
     if (left(packet, 9) != "PKT_TYPE=") {
         if (const auto& notify = noPacketStringHandler())
             notify();
         Log_Packet_Error(packet);
-        return NoPacketType;
+        return packet_type::NoPacket;
     }
     const std::int16_t end = toInt16(inStr(10, packet, std::string_view(&STX, 1)));
     return textToInt16(mid(packet, 10, end - 10));

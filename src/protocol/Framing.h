@@ -1,5 +1,7 @@
 #pragma once
 
+#include "protocol/PacketTypes.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -13,8 +15,6 @@ inline constexpr char STX = '\x02'; // ends every field
 inline constexpr char ETX = '\x03'; // follows the last field of a request
 inline constexpr char EOT = '\x04'; // last character of a packet
 
-inline constexpr std::int16_t AckPacketType = 999;
-inline constexpr std::int16_t NoPacketType = -1;
 
 // Gathers the socket's chunks into whole packets. Only the first and the last character of a
 // chunk are looked at: a chunk that starts with SOH starts a new packet (dropping whatever was

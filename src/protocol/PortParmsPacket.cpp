@@ -225,7 +225,7 @@ std::span<const FieldSpec<DataCollectionParms>> dataCollectionSection()
 
 std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, PortParmsTables& tables)
 {
-    std::string packet = packetHeader(PortParmsPacketType, section);
+    std::string packet = packetHeader(packet_type::PortParms, section);
     appendField(packet, "Port=", numberText(port));
     if (section == LastParmsSection) {
         const DataCollectionParms& record = tables.dataCollection(port);

@@ -11,7 +11,6 @@ namespace corvane {
 
 // One packet type, 100, carries a port's parameters in six sections, both ways: sections 1-5
 // fill the port's PortCommParms, section 6 its DataCollectionParms.
-inline constexpr std::int16_t PortParmsPacketType = 100;
 inline constexpr std::int16_t FirstParmsSection = 1;
 inline constexpr std::int16_t LastParmsSection = 6;
 

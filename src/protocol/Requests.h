@@ -1,24 +1,12 @@
 #pragma once
 
+#include "protocol/PacketTypes.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace corvane {
-
-// Packet types the terminal sends, and the replies it reads.
-namespace packet_type {
-inline constexpr std::int16_t PortParms = 100;
-inline constexpr std::int16_t PortStatusReply = 120;
-inline constexpr std::int16_t MachineTypesReply = 150;
-inline constexpr std::int16_t VersionReply = 170;
-inline constexpr std::int16_t PortParmsRequest = 200;
-inline constexpr std::int16_t StatusRequest = 220;
-inline constexpr std::int16_t MachineTypeRequest = 250;
-inline constexpr std::int16_t VersionRequest = 270;
-inline constexpr std::int16_t UpdateComplete = 301;
-inline constexpr std::int16_t PurgeReset = 302;
-} // namespace packet_type
 
 // Every request: SOH, "PKT_TYPE=" STX, "SECTION=" STX (0 where the type has no sections), its
 // own fields, then ETX EOT. (The type 100 packet is built in PortParmsPacket.h.)

@@ -132,9 +132,9 @@ template <typename T> T roundedInto(double value)
 {
     // Half-way values go to the even neighbour, as the runtime's integer conversions do.
     const double r = std::nearbyint(value);
-    if (r < static_cast<double>(std::numeric_limits<T>::min())
-        || r > static_cast<double>(std::numeric_limits<T>::max()))
-        raise(err::Overflow);
+    if (!(r >= static_cast<double>(std::numeric_limits<T>::min())
+            && r <= static_cast<double>(std::numeric_limits<T>::max())))
+        raise(err::Overflow); // NaN fails both comparisons and lands here too
     return static_cast<T>(r);
 }
 
@@ -189,6 +189,21 @@ std::int32_t toInt32(std::int64_t value)
     if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
         raise(err::Overflow);
     return static_cast<std::int32_t>(value);
+}
+
+std::int16_t roundToInt16(double value)
+{
+    return roundedInto<std::int16_t>(value);
+}
+
+std::int32_t roundToInt32(double value)
+{
+    return roundedInto<std::int32_t>(value);
+}
+
+std::int16_t valToInt16(std::string_view text)
+{
+    return roundToInt16(textVal(text));
 }
 
 std::string numberText(std::int64_t value)

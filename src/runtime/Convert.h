@@ -33,6 +33,13 @@ double textVal(std::string_view text);
 // Narrowing of computed values into the 16- and 32-bit world; out of range is "Overflow".
 std::int16_t toInt16(std::int64_t value);
 std::int32_t toInt32(std::int64_t value);
+// A floating value into the 16- and 32-bit world as the runtime assigns it: half-way values go
+// to the even neighbour; out of range, infinite or not a number is "Overflow". Every floating
+// value that becomes an integer goes through here, never through a bare cast.
+std::int16_t roundToInt16(double value);
+std::int32_t roundToInt32(double value);
+// The runtime's Val of the text, assigned to a 16-bit integer: lenient reading, strict range.
+std::int16_t valToInt16(std::string_view text);
 
 // The text a number or boolean converts to: plain decimal, "-" when negative; "True"/"False".
 std::string numberText(std::int64_t value);

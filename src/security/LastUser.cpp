@@ -1,7 +1,7 @@
 #include "security/LastUser.h"
 
-#include "shell/Latin1.h"
-#include "shell/Registry.h"
+#include "platform/Latin1.h"
+#include "platform/Registry.h"
 
 namespace corvane {
 namespace {

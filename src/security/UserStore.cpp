@@ -16,7 +16,19 @@ namespace {
 // Our tables follow one rule each: name and password entries stay between 5 and 51, so any
 // printable character (32-126) still fits in a byte once scrambled; neighbouring rights entries
 // differ by 37 (mod 256), so no position's granted byte equals its not-granted byte.
-ScrambleTables scrambleTables;
+constexpr ScrambleTables makeScrambleTables()
+{
+    ScrambleTables t{};
+    for (std::size_t i = 0; i < t.name.size(); ++i)
+        t.name[i] = static_cast<unsigned char>(5 + (i * 11) % 47);
+    for (std::size_t i = 0; i < t.password.size(); ++i)
+        t.password[i] = static_cast<unsigned char>(7 + (i * 13) % 29);
+    for (std::size_t i = 0; i < t.rights.size(); ++i)
+        t.rights[i] = static_cast<unsigned char>((i * 37 + 11) % 256);
+    return t;
+}
+
+constexpr ScrambleTables scrambleTables = makeScrambleTables();
 
 unsigned char shifted(unsigned char byte, int by)
 {
@@ -52,14 +64,6 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 
 const ScrambleTables& Init_Scramble_Tables()
 {
-    if (scrambleTables.name[0] == 0) {
-        for (std::size_t i = 0; i < scrambleTables.name.size(); ++i)
-            scrambleTables.name[i] = static_cast<unsigned char>(5 + (i * 11) % 47);
-        for (std::size_t i = 0; i < scrambleTables.password.size(); ++i)
-            scrambleTables.password[i] = static_cast<unsigned char>(7 + (i * 13) % 29);
-        for (std::size_t i = 0; i < scrambleTables.rights.size(); ++i)
-            scrambleTables.rights[i] = static_cast<unsigned char>((i * 37 + 11) % 256);
-    }
     return scrambleTables;
 }
 

@@ -1,11 +1,13 @@
 #include "shell/HostConfiguration.h"
 
-#include "shell/Registry.h"
+#include "platform/Latin1.h"
+#include "platform/Registry.h"
+#include "runtime/Convert.h"
+#include "runtime/RunTimeError.h"
 
 namespace corvane {
 namespace {
 
-const QString ConfigKey = QStringLiteral("Software\\Brellwick\\CorvaneRemote\\Configuration");
 const QString AccessTestKey = QStringLiteral("Software\\Brellwick\\AccessTest");
 const QString IdleValue = QStringLiteral("Idle Minutes");
 const QString LastHostValue = QStringLiteral("Last Host IP Number");
@@ -13,6 +15,19 @@ const QString LastHostValue = QStringLiteral("Last Host IP Number");
 QString numbered(const char* name, int n)
 {
     return QLatin1String(name) + QString::number(n);
+}
+
+// A stored number as the runtime converts it; a value that does not convert is a read error,
+// which the defaults stand in for.
+template <typename T> T storedNumber(const QString& text, T fallback, T (*convert)(std::string_view))
+{
+    if (text.isEmpty())
+        return fallback;
+    try {
+        return convert(toLatin1Bytes(text));
+    } catch (const RunTimeError&) {
+        return fallback;
+    }
 }
 
 } // namespace
@@ -34,53 +49,57 @@ std::int32_t HostConfiguration::defaultPort(int n)
 
 void HostConfiguration::Get_Host_Data(int n)
 {
-    const QString name = registry_.readText(Hive::Machine, ConfigKey, numbered("HostName", n));
+    const QString name = registry_.readText(Hive::Machine, ConfigurationKey, numbered("HostName", n));
     HostNames[static_cast<std::size_t>(n)] = name.isEmpty() ? defaultName(n) : name;
-    HostIPs[static_cast<std::size_t>(n)] = registry_.readText(Hive::Machine, ConfigKey, numbered("HostIP", n));
-    bool ok = false;
-    const int port = registry_.readText(Hive::Machine, ConfigKey, numbered("SocketPortNumber", n)).toInt(&ok);
-    SocketPorts[static_cast<std::size_t>(n)] = ok ? port : defaultPort(n);
+    HostIPs[static_cast<std::size_t>(n)] = registry_.readText(Hive::Machine, ConfigurationKey, numbered("HostIP", n));
+    SocketPorts[static_cast<std::size_t>(n)]
+        = storedNumber(registry_.readText(Hive::Machine, ConfigurationKey, numbered("SocketPortNumber", n)),
+            defaultPort(n), textToInt32);
 }
 
 QString HostConfiguration::Get_IdleMinutes()
 {
-    const QString value = registry_.readText(Hive::Machine, ConfigKey, IdleValue);
+    const QString value = registry_.readText(Hive::Machine, ConfigurationKey, IdleValue);
     return value.isEmpty() ? QStringLiteral("5") : value;
 }
 
 QString HostConfiguration::Get_LastHostIPIndex()
 {
-    const QString value = registry_.readText(Hive::User, ConfigKey, LastHostValue);
+    const QString value = registry_.readText(Hive::User, ConfigurationKey, LastHostValue);
     return value.isEmpty() ? QStringLiteral("1") : value;
 }
 
 int HostConfiguration::load()
 {
-    for (int n = 1; n <= 5; ++n)
+    for (int n = 1; n <= HostCount; ++n)
         Get_Host_Data(n);
-    bool ok = false;
-    const int idle = Get_IdleMinutes().toInt(&ok);
-    IdleMinutes = static_cast<std::int16_t>(ok && idle >= 0 && idle <= 60 ? idle : 5);
-    const int last = Get_LastHostIPIndex().toInt(&ok);
-    return ok && last >= 1 && last <= 5 ? last : 1;
+    // Used as stored, even outside 0-60: the limits are the configuration form's, not the store's.
+    IdleMinutes = storedNumber<std::int16_t>(Get_IdleMinutes(), 5, textToInt16);
+    const int last = storedNumber<std::int16_t>(Get_LastHostIPIndex(), 1, textToInt16);
+    return last >= 1 && last <= HostCount ? last : 1;
 }
 
 bool HostConfiguration::save()
 {
-    bool saved = registry_.createKey(Hive::Machine, ConfigKey);
-    for (int n = 1; n <= 5 && saved; ++n) {
-        const auto i = static_cast<std::size_t>(n);
-        saved = registry_.writeText(Hive::Machine, ConfigKey, numbered("HostName", n), HostNames[i])
-            && registry_.writeText(Hive::Machine, ConfigKey, numbered("HostIP", n), HostIPs[i])
-            && registry_.writeNumber(Hive::Machine, ConfigKey, numbered("SocketPortNumber", n), SocketPorts[i]);
-    }
-    return saved && registry_.writeNumber(Hive::Machine, ConfigKey, IdleValue, IdleMinutes);
+    bool saved = registry_.createKey(Hive::Machine, ConfigurationKey);
+    for (int n = 1; n <= HostCount && saved; ++n)
+        saved = saveHost(n);
+    return saved && registry_.writeNumber(Hive::Machine, ConfigurationKey, IdleValue, IdleMinutes);
+}
+
+bool HostConfiguration::saveHost(int n)
+{
+    const auto i = static_cast<std::size_t>(n);
+    return registry_.createKey(Hive::Machine, ConfigurationKey)
+        && registry_.writeText(Hive::Machine, ConfigurationKey, numbered("HostName", n), HostNames[i])
+        && registry_.writeText(Hive::Machine, ConfigurationKey, numbered("HostIP", n), HostIPs[i])
+        && registry_.writeNumber(Hive::Machine, ConfigurationKey, numbered("SocketPortNumber", n), SocketPorts[i]);
 }
 
 void HostConfiguration::Save_LastHostIPIndex(int host)
 {
-    registry_.createKey(Hive::User, ConfigKey);
-    registry_.writeNumber(Hive::User, ConfigKey, LastHostValue, host);
+    registry_.createKey(Hive::User, ConfigurationKey);
+    registry_.writeNumber(Hive::User, ConfigurationKey, LastHostValue, host);
 }
 
 bool HostConfiguration::machineHiveWritable()

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "shell/ConfigurationRules.h"
+
+#include <QLatin1String>
 #include <QString>
 
 #include <array>
@@ -9,15 +12,18 @@ namespace corvane {
 
 class Registry;
 
+// Where the host list and the idle time live: the machine hive; the last host: the user hive.
+inline constexpr QLatin1String ConfigurationKey{"Software\\Brellwick\\CorvaneRemote\\Configuration"};
+
 // The five hosts the terminal knows, the idle log-off time and the last host used, as the
 // registry keeps them. Tables have room for 0 to 6; 1 to 5 are used.
 class HostConfiguration {
 public:
     explicit HostConfiguration(Registry& registry);
 
-    std::array<QString, 7> HostNames;
-    std::array<QString, 7> HostIPs;
-    std::array<std::int32_t, 7> SocketPorts{};
+    std::array<QString, HostCount + 2> HostNames;
+    std::array<QString, HostCount + 2> HostIPs;
+    std::array<std::int32_t, HostCount + 2> SocketPorts{};
     std::int16_t IdleMinutes = 5;
 
     static QString defaultName(int n);
@@ -29,6 +35,8 @@ public:
     QString Get_LastHostIPIndex();
     // Everything the main window needs at start: hosts 1-5, the idle time; returns the last host.
     int load();
+    // One host's three values, as the configuration form's Save writes them (the demo's hosts).
+    bool saveHost(int n);
 
     // The configuration form's Save: the machine key, hosts 1-5 and the idle time. False when the
     // machine hive cannot be written.

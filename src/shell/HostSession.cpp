@@ -7,8 +7,11 @@
 #include "protocol/Requests.h"
 #include "runtime/ErrorLog.h"
 #include "shell/HostConfiguration.h"
-#include "shell/Latin1.h"
-#include "shell/ShellRules.h"
+#include "platform/Latin1.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/GridRules.h"
+#include "shell/SessionMessages.h"
+#include "shell/VersionRules.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -326,14 +329,14 @@ void HostSession::dispatch(const std::string& chunk)
     ParmsPacketReceived = TrueValue;
 
     const std::int16_t type = Get_Packet_Type(packet);
-    if (type == AckPacketType) {
+    if (type == packet_type::Ack) {
         UpdateAckReceived = TrueValue;
         return;
     }
-    if (type == NoPacketType)
+    if (type == packet_type::NoPacket)
         return;
     // Read from every typed packet, though nothing routes by it; one without it still goes on.
-    [[maybe_unused]] const auto section = static_cast<std::int16_t>(textVal(Get_Packet_Field(packet, "SECTION=")));
+    [[maybe_unused]] const std::int16_t section = valToInt16(Get_Packet_Field(packet, "SECTION="));
 
     switch (type) {
     case packet_type::PortParms:

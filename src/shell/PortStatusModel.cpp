@@ -1,7 +1,7 @@
 #include "shell/PortStatusModel.h"
 
-#include "shell/Latin1.h"
-#include "shell/ShellRules.h"
+#include "platform/Latin1.h"
+#include "shell/GridRules.h"
 
 namespace corvane {
 
@@ -27,7 +27,7 @@ QVariant PortStatusModel::data(const QModelIndex& index, int role) const
         return {};
     if (role == Qt::DisplayRole)
         return fromLatin1Bytes(gridValue(table_, index.row(), index.column()));
-    if (role == Qt::TextAlignmentRole && (index.column() == Port || index.column() == ByteCount))
+    if (role == Qt::TextAlignmentRole && (index.column() == PortColumn || index.column() == ByteCountColumn))
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
@@ -39,15 +39,15 @@ QVariant PortStatusModel::headerData(int section, Qt::Orientation orientation, i
     if (orientation == Qt::Vertical)
         return {};
     switch (section) {
-    case Machine:
+    case MachineColumn:
         return QStringLiteral("Machine");
-    case Program:
+    case ProgramColumn:
         return QStringLiteral("Program");
-    case Id:
+    case IdColumn:
         return QStringLiteral("ID");
-    case Status:
+    case StatusColumn:
         return QStringLiteral("Status");
-    case ByteCount:
+    case ByteCountColumn:
         return QStringLiteral("Byte Count");
     default:
         return QString();

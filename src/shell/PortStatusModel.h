@@ -14,8 +14,6 @@ class PortStatusModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Column { Port, Machine, Program, Id, Status, ByteCount };
-
     explicit PortStatusModel(const std::vector<PortStatusRecord>& table, QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;

@@ -90,7 +90,7 @@ TEST_F(Host, AllSixSectionsTravelBothWays)
     for (std::int16_t section = 1; section <= 6; ++section) {
         const auto reply = terminal.request(Build_Port_Parms_Request(section, port));
         ASSERT_TRUE(reply) << section;
-        EXPECT_EQ(Get_Packet_Type(*reply), PortParmsPacketType);
+        EXPECT_EQ(Get_Packet_Type(*reply), packet_type::PortParms);
         Extract_Port_Parms_Packet(*reply, mine);
     }
     PortCommParms expected = host.plant().parms.PortCommParmsTable[port];
@@ -104,7 +104,7 @@ TEST_F(Host, AllSixSectionsTravelBothWays)
     for (std::int16_t section = 1; section <= 6; ++section) {
         const auto ack = terminal.request(Build_Port_Parms_Packet(section, port, mine) + EOT);
         ASSERT_TRUE(ack) << section;
-        EXPECT_EQ(Get_Packet_Type(*ack), AckPacketType) << section;
+        EXPECT_EQ(Get_Packet_Type(*ack), packet_type::Ack) << section;
     }
     terminal.send(Build_Update_Complete_Packet());
     ASSERT_TRUE(
@@ -161,7 +161,7 @@ TEST_F(Host, InProcessTextThatIsNoPacketAndAnOversizedPacket)
     host.sendNoPacketText();
     const auto text = terminal.nextPacket();
     ASSERT_TRUE(text);
-    EXPECT_EQ(Get_Packet_Type(*text), NoPacketType);
+    EXPECT_EQ(Get_Packet_Type(*text), packet_type::NoPacket);
 
     host.faults.bigPacketSize = 40000;
     const auto big = terminal.request(Build_Status_Request());

@@ -77,9 +77,9 @@ TEST(PacketType, TypesAcknowledgementsAndTextThatIsNoPacket)
 
     EXPECT_EQ(Get_Packet_Type(Status), 120);
     EXPECT_EQ(Get_Packet_Type("PKT_TYPE=-7<STX>"_w), -7);
-    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w), AckPacketType);
-    EXPECT_EQ(Get_Packet_Type("hello<EOT>"_w), NoPacketType);
-    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w), NoPacketType);
+    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w), packet_type::Ack);
+    EXPECT_EQ(Get_Packet_Type("hello<EOT>"_w), packet_type::NoPacket);
+    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w), packet_type::NoPacket);
     EXPECT_EQ(notices, 2);
     setNoPacketStringHandler({});
 

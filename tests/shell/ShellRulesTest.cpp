@@ -1,4 +1,7 @@
-#include "shell/ShellRules.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/GridRules.h"
+#include "shell/SessionMessages.h"
+#include "shell/VersionRules.h"
 
 #include <gtest/gtest.h>
 
@@ -100,10 +103,11 @@ TEST(ShellRules, ConfigurationFieldsAndFtpModes)
     EXPECT_EQ(idleFieldChanged("75").text, "60");
     EXPECT_EQ(idleFieldChanged("").text, "1");
     EXPECT_EQ(idleFieldChanged("0").text, "0");
-    EXPECT_TRUE(acceptedDigitKey('7'));
-    EXPECT_TRUE(acceptedDigitKey('\b'));
-    EXPECT_FALSE(acceptedDigitKey('a'));
-    EXPECT_FALSE(acceptedDigitKey('-'));
+    // Typed characters other than digits go; keys that type no character keep their work.
+    for (char32_t kept : {U'7', U'0', U'\b', U'\t', U'\r', U'\x1b', U'\x7f'})
+        EXPECT_FALSE(typedCharacterDiscarded(kept)) << static_cast<int>(kept);
+    for (char32_t discarded : {U'a', U'-', U' ', U'\u00e9', U'\u0663'})
+        EXPECT_TRUE(typedCharacterDiscarded(discarded)) << static_cast<int>(discarded);
 
     for (const char* mode : {"FTP", "Timer Folder", "DC + FTP", "DC + TMR FLDR"})
         EXPECT_TRUE(isFtpTypeMode(mode));

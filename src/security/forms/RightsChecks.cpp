@@ -1,6 +1,6 @@
 #include "security/forms/RightsChecks.h"
 
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 
 #include <QCheckBox>
 #include <QScrollBar>

@@ -1,6 +1,6 @@
 #include "security/forms/frmChangeUser.h"
 
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 #include "ui_frmChangeUser.h"
 
 namespace corvane {

@@ -1,7 +1,7 @@
 #include "security/forms/frmPassword.h"
 
 #include "security/Login.h"
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 #include "ui_frmPassword.h"
 
 namespace corvane {

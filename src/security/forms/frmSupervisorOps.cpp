@@ -5,7 +5,7 @@
 #include "security/UserAdmin.h"
 #include "security/forms/RightsChecks.h"
 #include "security/forms/frmUserInfo.h"
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 #include "ui_frmSupervisorOps.h"
 
 namespace corvane {

@@ -7,7 +7,7 @@
 #include "security/UserAdmin.h"
 #include "security/forms/RightsChecks.h"
 #include "security/forms/frmPassword.h"
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 #include "ui_frmUserInfo.h"
 
 #include <QCheckBox>

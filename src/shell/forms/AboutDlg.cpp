@@ -1,6 +1,6 @@
 #include "shell/forms/AboutDlg.h"
 
-#include "shell/ShellRules.h"
+#include "shell/VersionRules.h"
 #include "ui_AboutDlg.h"
 
 namespace corvane {

@@ -7,9 +7,12 @@
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmSupervisorOps.h"
-#include "shell/InstalledPrinters.h"
-#include "shell/Latin1.h"
-#include "shell/ShellRules.h"
+#include "platform/InstalledPrinters.h"
+#include "platform/Latin1.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/GridRules.h"
+#include "shell/SessionMessages.h"
+#include "shell/VersionRules.h"
 #include "shell/forms/AboutDlg.h"
 #include "shell/forms/frmConfiguration.h"
 #include "ui_frmCVRemote.h"
@@ -54,11 +57,11 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
     receiveState().reset();
     ui->tgMainScreen->setModel(&model_);
     ui->tgMainScreen->scrollToTop();
-    ui->tgMainScreen->setColumnWidth(PortStatusModel::Port, 48);
-    ui->tgMainScreen->setColumnWidth(PortStatusModel::Machine, 150);
-    ui->tgMainScreen->setColumnWidth(PortStatusModel::Program, 140);
-    ui->tgMainScreen->setColumnWidth(PortStatusModel::Id, 60);
-    ui->tgMainScreen->setColumnWidth(PortStatusModel::Status, 140);
+    ui->tgMainScreen->setColumnWidth(PortColumn, 48);
+    ui->tgMainScreen->setColumnWidth(MachineColumn, 150);
+    ui->tgMainScreen->setColumnWidth(ProgramColumn, 140);
+    ui->tgMainScreen->setColumnWidth(IdColumn, 60);
+    ui->tgMainScreen->setColumnWidth(StatusColumn, 140);
     session_.clearPortStatus();
     session_.MachineTypes.clear();
     session_.MachineTypeCount = 0;

@@ -2,8 +2,9 @@
 
 #include "dialogs/MessageBoxes.h"
 #include "shell/HostConfiguration.h"
-#include "shell/Latin1.h"
-#include "shell/ShellRules.h"
+#include "platform/Latin1.h"
+#include "shell/SessionMessages.h"
+#include "shell/VersionRules.h"
 #include "shell/forms/frmConfiguration.h"
 #include "ui_frmCVRemoteStartup.h"
 

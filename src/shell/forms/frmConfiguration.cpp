@@ -2,8 +2,9 @@
 
 #include "dialogs/MessageBoxes.h"
 #include "shell/HostConfiguration.h"
-#include "shell/Latin1.h"
-#include "shell/ShellRules.h"
+#include "platform/Latin1.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/SessionMessages.h"
 #include "ui_frmConfiguration.h"
 
 #include <QApplication>
@@ -59,7 +60,7 @@ bool frmConfiguration::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress) {
         const QString text = static_cast<QKeyEvent*>(event)->text();
-        if (!text.isEmpty() && !acceptedDigitKey(text.at(0).toLatin1()))
+        if (!text.isEmpty() && !typedCharacterDiscarded(text.at(0).unicode()) == false)
             return true;
     }
     return QDialog::eventFilter(watched, event);

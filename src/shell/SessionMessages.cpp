@@ -1,49 +1,14 @@
-#include "shell/ShellRules.h"
+#include "shell/SessionMessages.h"
 
-#include "runtime/Convert.h"
-#include "runtime/RunTimeError.h"
+#include "shell/VersionRules.h"
 
-#include <cmath>
 #include <initializer_list>
 
 namespace corvane {
+namespace message {
 namespace {
 
 constexpr std::string_view CrLf = "\r\n";
-
-std::string ownVersionText()
-{
-    return std::to_string(ClientMajor) + "." + std::to_string(ClientMinor);
-}
-
-} // namespace
-
-std::string clientVersionText()
-{
-    return std::to_string(ClientMajor) + "." + (ClientMinor < 10 ? "0" : "") + std::to_string(ClientMinor) + " (build "
-        + std::to_string(ClientBuild) + ")";
-}
-
-bool hostVersionAccepted(std::string_view hostVersion)
-{
-    try {
-        return textToDouble(hostVersion) >= textToDouble(MinimumHostVersion);
-    } catch (const RunTimeError&) {
-        return false;
-    }
-}
-
-bool upgradeAdvised(std::string_view minimumRemoteVersion)
-{
-    try {
-        return textToDouble(minimumRemoteVersion) > textToDouble(ownVersionText());
-    } catch (const RunTimeError&) {
-        return false;
-    }
-}
-
-namespace message {
-namespace {
 
 // A message is its lines joined by CR LF; an empty piece is an empty line.
 std::string lines(std::initializer_list<std::string_view> pieces)
@@ -150,102 +115,5 @@ std::string duplicatePort(std::string_view portText)
 }
 
 } // namespace message
-
-bool isFtpTypeMode(std::string_view status)
-{
-    return status == "FTP" || status == "Timer Folder" || status == "DC + FTP" || status == "DC + TMR FLDR";
-}
-
-std::int16_t bookmarkToRow(const std::optional<std::string>& bookmark, bool forward)
-{
-    if (!bookmark)
-        return forward ? -1 : GridRows;
-    double value = 0;
-    try {
-        value = std::trunc(textToDouble(*bookmark));
-    } catch (const RunTimeError&) {
-        return InvalidRow;
-    }
-    return value < 0 || value >= GridRows ? InvalidRow : static_cast<std::int16_t>(value);
-}
-
-std::string rowBookmark(int row)
-{
-    return std::to_string(row);
-}
-
-std::vector<int> unboundReadRows(const std::optional<std::string>& startBookmark, int count, bool forward)
-{
-    std::vector<int> rows;
-    const std::int16_t start = bookmarkToRow(startBookmark, forward);
-    if (start == InvalidRow)
-        return rows;
-    for (int row = start + (forward ? 1 : -1); static_cast<int>(rows.size()) < count; row += forward ? 1 : -1) {
-        if (row < 0 || row >= GridRows)
-            break;
-        rows.push_back(row);
-    }
-    return rows;
-}
-
-std::string gridValue(const std::vector<PortStatusRecord>& table, int row, int column)
-{
-    if (column == 0)
-        return std::to_string(row + 1);
-    if (row < 0 || static_cast<std::size_t>(row) >= table.size())
-        return {};
-    const PortStatusRecord& r = table[static_cast<std::size_t>(row)];
-    switch (column) {
-    case 1:
-        return r.WorkstationName;
-    case 2:
-        return r.FileName;
-    case 3:
-        return r.DNC_ID;
-    case 4:
-        return r.Status;
-    case 5:
-        return r.ByteCount;
-    default:
-        return {};
-    }
-}
-
-FieldChange portFieldChanged(std::string_view text, const std::vector<std::string>& otherPortTexts)
-{
-    FieldChange change{std::string(text)};
-    if (text.empty()) {
-        change.text = "1";
-        change.selectAll = true;
-    } else {
-        // Only digits reach the field; a run longer than any port is above 65535 all the same.
-        const double value = text.size() > 9 ? 1e10 : textToDouble(text);
-        if (value > 65535)
-            change.text = "65535";
-        else if (value < 1)
-            change.text = "1";
-    }
-    for (const std::string& other : otherPortTexts)
-        if (other == change.text)
-            change.duplicate = true;
-    return change;
-}
-
-FieldChange idleFieldChanged(std::string_view text)
-{
-    FieldChange change{std::string(text)};
-    if (text.empty()) {
-        change.text = "1";
-        change.selectAll = true;
-    } else if (text.size() > 2 || textToDouble(text) > 60) {
-        change.text = "60";
-    }
-    return change;
-}
-
-bool acceptedDigitKey(char key)
-{
-    return (key >= '0' && key <= '9') || key == '\b';
-}
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-#include "shell/Registry.h"
+#include "platform/Registry.h"
 
 #include <QDir>
 #include <QSettings>

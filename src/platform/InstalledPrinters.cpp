@@ -1,6 +1,6 @@
-#include "shell/InstalledPrinters.h"
+#include "platform/InstalledPrinters.h"
 
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 
 #include <QPrinterInfo>
 

@@ -1,4 +1,4 @@
-#include "shell/Latin1.h"
+#include "platform/Latin1.h"
 
 #include <gtest/gtest.h>
 

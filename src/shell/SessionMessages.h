@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+// The messages of the host session, word for word (lines joined by CR LF).
+namespace message {
+std::string alreadyConnected(); // connect while connected
+std::string alreadyConnectedDropDown(); // host picker opened while connected
+std::string noAddress();
+std::string undefinedHost();
+std::string connectionTimeOut();
+std::string fetchVersionTimeout();
+std::string hostTooOld(std::string_view hostVersion);
+std::string upgradeAdvisory(std::string_view hostVersion, std::string_view minimumRemoteVersion);
+std::string noSocketConnection();
+std::string purgeQuestion();
+std::string idleLogOff(std::int16_t idleMinutes);
+std::string insufficientRights();
+std::string accessDenied(); // the user store is missing or unusable
+inline constexpr std::string_view AccessDeniedTitle = "Corvane Remote Access Denied";
+std::string duplicatePort(std::string_view portText);
+// Text from the host that is no packet; the one protocol fault the user is shown.
+inline constexpr std::string_view NoPacketString = "No Packet String";
+inline constexpr std::string_view HelpContents = "Please refer to the Communications Parameters Help in Corvane.";
+} // namespace message
+
+} // namespace corvane

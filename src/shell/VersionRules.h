@@ -1,0 +1,24 @@
+#pragma once
+
+#include "shell/ClientVersion.h"
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+// The version as the windows show it: "1.02 (build 8)".
+std::string clientVersionText();
+// Major and minor as plain integers, as the version rule reads them: 1.02 is "1.2".
+std::string ownVersionText();
+
+// The oldest host the terminal works with, printed as it stands in the messages.
+inline constexpr std::string_view MinimumHostVersion = "4.12";
+
+// A host older than 4.12 is refused; a version that is no number is refused too.
+bool hostVersionAccepted(std::string_view hostVersion);
+// The upgrade advisory: only when the host asks for more than the terminal's own version, read
+// as major.minor with plain integers (1.02 reads as 1.2).
+bool upgradeAdvised(std::string_view minimumRemoteVersion);
+
+} // namespace corvane
