@@ -51,7 +51,7 @@ void Screenshots::mainShown(frmCVRemote& main)
         // and the label turns green on the connection timer's next tick.
         auto* poll = new QTimer(&main);
         QObject::connect(poll, &QTimer::timeout, &main, [this, &main, poll] {
-            if (main.session().PortStatus.front().WorkstationName.empty() ||
+            if (main.session().portStatus().front().WorkstationName.empty() ||
                 main.session().socketCaption() != QStringLiteral("Connected"))
                 return;
             poll->stop();
@@ -64,8 +64,7 @@ void Screenshots::mainShown(frmCVRemote& main)
                 settle.exec();
                 save(form, "configuration.png");
                 form.close();
-                main.close();
-                QCoreApplication::exit(0);
+                main.close(); // the program ends with its main window
             });
         });
         poll->start(50);

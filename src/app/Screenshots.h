@@ -11,7 +11,7 @@ class frmCVRemoteStartup;
 struct Services;
 
 // Takes the README's pictures of the demo: the start-up form, the main window connected with its
-// grid filled, and the configuration form; then ends the program.
+// grid filled, and the configuration form; then closes the main window, which ends the program.
 class Screenshots {
 public:
     Screenshots(QString folder, Services& services);

@@ -55,6 +55,11 @@ int main(int argc, char** argv)
         {QCommandLineOption(QStringLiteral("push-status-ms"),
              QStringLiteral("Send the port states unasked every N ms."), QStringLiteral("N")),
             number(1, [](HostSimulator& h, int v) { h.setPushStatusInterval(v); })},
+        {QCommandLineOption(QStringLiteral("idle-drop-minutes"),
+             QStringLiteral("Drop a terminal that sends nothing for N minutes (default %1; 0: never).")
+                 .arg(HostSimulator::IdleDropMinutes),
+             QStringLiteral("N")),
+            number(0, [](HostSimulator& h, int v) { h.setIdleDropMinutes(v); })},
         {QCommandLineOption(QStringLiteral("silent"), QStringLiteral("Fault: never answer.")),
             [](HostSimulator& h, const QString&) { return h.faults.silent = true; }},
         {QCommandLineOption(QStringLiteral("host-version"),

@@ -1,26 +1,20 @@
 // The desktop terminal.
 #include "app/Demo.h"
+#include "app/DesktopProgram.h"
+#include "app/ProgramOptions.h"
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
-#include "protocol/Framing.h"
+#include "platform/ProgramTimer.h"
+#include "platform/Registry.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RunTimeError.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
-#include "platform/Registry.h"
-#include "shell/forms/frmCVRemote.h"
 #include "shell/VersionRules.h"
-#include "shell/forms/frmCVRemoteStartup.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QPointer>
-#include <QPushButton>
-#include <QTimer>
 
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <optional>
 
 using namespace corvane;
@@ -60,80 +54,63 @@ bool hasDisplay()
 #endif
 }
 
-// "--connect" or "--connect=N" (the parser wants a value always; this one may have none).
-std::optional<int> takeConnectOption(int& argc, char** argv)
+// The command that would run this very call under a virtual display.
+std::string underVirtualDisplay(int argc, char** argv)
 {
-    std::optional<int> host;
-    int kept = 1;
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--connect") == 0) {
-            host = 0; // the last host
-        } else if (std::strncmp(argv[i], "--connect=", 10) == 0) {
-            host = std::atoi(argv[i] + 10);
-        } else {
-            argv[kept++] = argv[i];
-        }
+    std::string command = "xvfb-run -a";
+    for (int i = 0; i < argc; ++i) {
+        const std::string argument = argv[i];
+        const bool plain = argument.find_first_of(" \t'\"\\$`*?[]{}()<>|&;") == std::string::npos;
+        command += plain ? " " + argument : " '" + argument + "'";
     }
-    argc = kept;
-    return host;
+    return command;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const std::optional<int> connectHost = takeConnectOption(argc, argv);
-    bool wantsScreenshots = false;
-    bool wantsWindows = true;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view a = argv[i];
-        wantsScreenshots |= a == "--screenshot" || a.starts_with("--screenshot=");
-        wantsWindows &= a != "--help" && a != "-h" && a != "--version" && a != "-v" && a != "--create-user-store";
+    QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
+    QCoreApplication::setApplicationVersion(QString::fromStdString(clientVersionText()));
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+
+    const ParsedOptions parsed = parseProgramOptions(arguments);
+    if (!parsed.error.isEmpty()) {
+        std::fprintf(stderr, "corvane-remote: %s\nTry 'corvane-remote --help' for the options.\n",
+            qPrintable(parsed.error));
+        return 2;
     }
-    if ((wantsScreenshots || !wantsWindows) && !hasDisplay())
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures, help and the store command need no screen
-    if (wantsWindows && !hasDisplay()) {
-        std::fprintf(stderr,
-            "Corvane Remote is a desktop program and this session has no display.\n"
-            "Run it on a desktop, or under a virtual display:\n"
-            "    xvfb-run -a %s%s\n",
-            argv[0], argc > 1 ? " ..." : "");
-        return 1;
+    const ProgramOptions& options = parsed.options;
+    if (options.help) {
+        std::printf("%s", qPrintable(programHelpText()));
+        return 0;
+    }
+    if (options.version) {
+        std::printf("%s %s\n", qPrintable(QCoreApplication::applicationName()), clientVersionText().c_str());
+        return 0;
+    }
+    if (options.createUserStore)
+        return createUserStore();
+
+    if (!hasDisplay()) {
+        if (options.screenshotFolder.isEmpty()) {
+            std::fprintf(stderr,
+                "Corvane Remote is a desktop program and this session has no display.\n"
+                "Run it on a desktop, or under a virtual display:\n"
+                "    %s\n",
+                underVirtualDisplay(argc, argv).c_str());
+            return 1;
+        }
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures need no screen
     }
 
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Corvane Remote"));
-    QApplication::setApplicationVersion(QString::fromStdString(clientVersionText()));
     setExecutableFolder(QApplication::applicationDirPath().toStdString());
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Remote terminal of a DNC host.\n\n"
-        "  --connect[=N]            connect to host N (default: the last host) once the main window is up"));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption createStore(QStringLiteral("create-user-store"),
-        QStringLiteral("Create a first user store (SUPERVISOR and GUEST, no passwords) where the program looks for it "
-                       "($CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT), unless one is there already."));
-    const QCommandLineOption demo(QStringLiteral("demo"),
-        QStringLiteral("Run against a simulated host in this process, with a throw-away user "
-                       "store, registry and program folder."));
-    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-        QStringLiteral("With --demo: write PNGs of the start-up form, the connected main "
-                       "window and the configuration form to DIR, then exit."),
-        QStringLiteral("DIR"));
-    parser.addOptions({createStore, demo, screenshot});
-    parser.process(app);
-
-    if (parser.isSet(createStore))
-        return createUserStore();
-    if (parser.isSet(screenshot) && !parser.isSet(demo)) {
-        std::fprintf(stderr, "corvane-remote: --screenshot goes with --demo\n");
-        return 2;
-    }
-
     Demo demoHost;
-    if (parser.isSet(demo)) {
+    if (options.demo) {
         QString error;
         if (!demoHost.start(error)) {
             std::fprintf(stderr, "corvane-remote: the demo could not start: %s\n", qPrintable(error));
@@ -142,31 +119,20 @@ int main(int argc, char** argv)
     }
 
     auto registry = openSystemRegistry();
-    GenMsgBoxes boxes;
-    Services services{*registry, boxes};
-    std::optional<Screenshots> pictures;
-    if (parser.isSet(screenshot))
-        pictures.emplace(parser.value(screenshot), services);
-    setNoPacketStringHandler([&boxes] { boxes.MsgBox("No Packet String", 0, "Corvane Remote"); });
+    GenMsgBoxes boxes([](int exitStatus) { QCoreApplication::exit(exitStatus); });
+    QtTimers timers;
+    Services services{*registry, boxes, timers};
+    DesktopProgram program(options, services);
+    QObject::connect(&program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });
 
-    QPointer<frmCVRemote> mainWindow;
-    auto* startup = new frmCVRemoteStartup(services);
-    QObject::connect(startup, &frmCVRemoteStartup::exited, &app, [] { QCoreApplication::exit(0); });
-    QObject::connect(startup, &frmCVRemoteStartup::continued, &app, [&] {
-        mainWindow = new frmCVRemote(services);
-        mainWindow->setAttribute(Qt::WA_DeleteOnClose);
-        mainWindow->show();
-        if (pictures)
-            pictures->mainShown(*mainWindow);
-        else if (connectHost)
-            QTimer::singleShot(0, mainWindow, [&mainWindow, &connectHost] {
-                if (*connectHost >= 1)
-                    mainWindow->selectHost(*connectHost);
-                mainWindow->findChild<QPushButton*>(QStringLiteral("Command1"))->click();
-            });
-    });
-    startup->show();
-    if (pictures)
-        pictures->startupShown(*startup);
+    std::optional<Screenshots> pictures;
+    if (!options.screenshotFolder.isEmpty()) {
+        pictures.emplace(options.screenshotFolder, services);
+        QObject::connect(&program, &DesktopProgram::startupShown, &app,
+            [&pictures](frmCVRemoteStartup& form) { pictures->startupShown(form); });
+        QObject::connect(&program, &DesktopProgram::mainWindowShown, &app,
+            [&pictures](frmCVRemote& window) { pictures->mainShown(window); });
+    }
+    program.start();
     return QApplication::exec();
 }

@@ -30,10 +30,4 @@ DataCollectionParms& PortParmsTables::dataCollection(std::int16_t port)
     return recordAt(DataCollectionTable, port);
 }
 
-PortParmsTables& portParmsTables()
-{
-    static PortParmsTables tables;
-    return tables;
-}
-
 } // namespace corvane

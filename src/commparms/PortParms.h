@@ -115,7 +115,4 @@ struct PortParmsTables {
     DataCollectionParms& dataCollection(std::int16_t port);
 };
 
-// The terminal's own tables, shared by the main form and the parameter editor.
-PortParmsTables& portParmsTables();
-
 } // namespace corvane

@@ -3,19 +3,34 @@
 #include "dialogs/forms/frmGenMsgBox.h"
 #include "platform/Latin1.h"
 
+#include "runtime/RunTimeError.h"
+
+#include <QApplication>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace corvane {
+namespace {
 
-GenMsgBoxes::GenMsgBoxes(QWidget* parent)
-    : parent_(parent)
+// Boxes open over whichever window the user is at.
+QWidget* boxParent()
+{
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    return QApplication::activeWindow();
+}
+
+} // namespace
+
+GenMsgBoxes::GenMsgBoxes(std::function<void(int)> endProgram)
+    : endProgram_(std::move(endProgram))
 {
 }
 
 std::int16_t GenMsgBoxes::Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title)
 {
-    frmGenMsgBox box(fromLatin1Bytes(text), style, fromLatin1Bytes(title), CustomButtons, systemVersion(), parent_);
+    frmGenMsgBox box(fromLatin1Bytes(text), style, fromLatin1Bytes(title), CustomButtons, systemVersion(), boxParent());
     box.exec();
     if (const auto pressed = box.pressedResult())
         MsgResult = *pressed;
@@ -24,7 +39,7 @@ std::int16_t GenMsgBoxes::Show_Gen_MsgBox(const std::string& text, std::int16_t 
 
 std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, const std::string& title)
 {
-    QMessageBox box(parent_);
+    QMessageBox box(boxParent());
     box.setWindowTitle(fromLatin1Bytes(title));
     box.setText(fromLatin1Bytes(text));
     switch (messageIcon(style)) {
@@ -53,11 +68,23 @@ std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, co
     const auto defaultIndex = static_cast<std::size_t>(defaultButtonIndex(style));
     if (defaultIndex < buttons.size())
         box.setDefaultButton(buttons[defaultIndex].first);
+    // The title shows whole: the box is at least as wide as its caption needs.
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
+        grid->addItem(new QSpacerItem(captionWidth(box.windowTitle(), box.fontMetrics()), 0, QSizePolicy::Fixed),
+            grid->rowCount(), 0, 1, grid->columnCount());
     box.exec();
     for (const auto& [button, result] : buttons)
         if (box.clickedButton() == button)
             return result;
     return buttons.size() == 1 ? buttons.front().second : msg::ResultCancel;
+}
+
+void GenMsgBoxes::untrappedError(int number)
+{
+    QMessageBox::critical(boxParent(), QApplication::applicationName(),
+        QStringLiteral("Run-time error '%1':\n\n%2").arg(number).arg(QString::fromLatin1(errorDescription(number).c_str())));
+    if (endProgram_)
+        endProgram_(EXIT_FAILURE);
 }
 
 } // namespace corvane

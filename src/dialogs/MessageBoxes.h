@@ -3,6 +3,7 @@
 #include "dialogs/MessageStyle.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,21 +20,26 @@ public:
     virtual std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) = 0;
     // The system's own message box, same styles (button sets 0-5) and numbers.
     virtual std::int16_t MsgBox(const std::string& text, std::int16_t style, const std::string& title) = 0;
+    // A run-time error that no routine trapped: "Run-time error 'N':" with its description; the
+    // program then ends (see guarded() in UntrappedError.h).
+    virtual void untrappedError(int number) = 0;
 };
 
-// The desktop program's boxes, modal over `parent`. As the original did, a box closed without
-// a button (its close box) returns whatever the previous call returned, 0 before the first.
+// The desktop program's boxes, modal over the active window. A box closed without a button (its
+// close box) returns whatever the previous call returned, 0 before the first. After an untrapped
+// error `endProgram` is told the exit status; the program's main ends it.
 class GenMsgBoxes final : public MessageBoxes {
 public:
-    explicit GenMsgBoxes(QWidget* parent = nullptr);
+    explicit GenMsgBoxes(std::function<void(int exitStatus)> endProgram);
     std::int16_t Show_Gen_MsgBox(const std::string& text, std::int16_t style, const std::string& title) override;
     std::int16_t MsgBox(const std::string& text, std::int16_t style, const std::string& title) override;
+    void untrappedError(int number) override;
 
     std::vector<MessageButton> CustomButtons; // for style 15
     std::int16_t MsgResult = 0;
 
 private:
-    QWidget* parent_;
+    std::function<void(int)> endProgram_;
 };
 
 } // namespace corvane

@@ -1,24 +1,23 @@
 #pragma once
 
+#include "dialogs/MessageBoxes.h"
+
 #include <exception>
-#include <functional>
 
 namespace corvane {
 
-// A run-time error that no routine traps ends the program, as the original runtime did: it is
-// logged, shown as "Run-time error 'N':" with its description, and the program exits. Form code
-// runs its handlers through guarded() so that no exception ever crosses Qt's event loop.
-void reportUntrappedError(const std::exception& error);
+// A run-time error that no routine traps ends the program, as the runtime itself would: it is
+// logged at location 000, shown as "Run-time error 'N':" with its description, and the program
+// ends. Form code runs its handlers through guarded() so that no exception ever crosses Qt's
+// event loop.
+void reportUntrappedError(MessageBoxes& boxes, const std::exception& error) noexcept;
 
-// Tests put their own reaction in place (an empty function restores the real one).
-void setUntrappedErrorHandler(std::function<void(int errorNumber)> handler);
-
-template <typename Body> void guarded(Body&& body) noexcept
+template <typename Body> void guarded(MessageBoxes& boxes, Body&& body) noexcept
 {
     try {
         body();
     } catch (const std::exception& e) {
-        reportUntrappedError(e);
+        reportUntrappedError(boxes, e);
     }
 }
 

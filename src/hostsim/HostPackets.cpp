@@ -60,7 +60,7 @@ std::string machineTypesReply(const std::vector<MachineTypeRecord>& types)
 std::optional<std::string> portParmsReply(std::int16_t section, std::int16_t port, PortParmsTables& tables)
 {
     try {
-        return finished(Build_Port_Parms_Packet(section, port, tables));
+        return finished(Build_Port_Parms_Packet(section, port, tables, PacketSide::Host));
     } catch (const RunTimeError&) {
         return std::nullopt;
     }
@@ -122,6 +122,10 @@ std::vector<std::string> RequestSplitter::feed(std::string_view bytes)
         const auto end = pending_.find(EOT, start);
         if (end == std::string::npos) {
             pending_.erase(0, start);
+            if (pending_.size() > MaxRequest) {
+                pending_.clear(); // its tail has no SOH, so it goes as well when it comes
+                ++dropped;
+            }
             break;
         }
         packets.push_back(pending_.substr(start + 1, end - start));
@@ -135,6 +139,9 @@ std::string visible(std::string_view packet)
     std::string out;
     for (char c : packet) {
         switch (c) {
+        case '\0':
+            out += "<NUL>";
+            break;
         case SOH:
             out += "<SOH>";
             break;

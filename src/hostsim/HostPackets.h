@@ -30,15 +30,19 @@ std::optional<std::int16_t> requestType(std::string_view packet);
 std::optional<std::string> requestField(std::string_view packet, std::string_view key);
 
 // Cuts the terminal's byte stream into packets (SOH through EOT), however TCP delivered it.
+// A packet that grows past MaxRequest without its EOT is dropped, and so is what follows it up
+// to the next SOH; `dropped` counts them.
 class RequestSplitter {
 public:
+    static constexpr std::size_t MaxRequest = 64 * 1024; // the largest request is under 1 KiB
     std::vector<std::string> feed(std::string_view bytes);
+    int dropped = 0;
 
 private:
     std::string pending_;
 };
 
-// Control characters spelt out, for the host's log: <SOH>PKT_TYPE=220<STX>...
+// Control characters spelt out, for the host's log: <SOH>PKT_TYPE=220<STX>..., a NUL as <NUL>.
 std::string visible(std::string_view packet);
 
 } // namespace corvane::hostsim

@@ -10,9 +10,6 @@
 namespace corvane::hostsim {
 namespace {
 
-// Packets leave this far apart, so that each arrives at the terminal as a chunk of its own.
-constexpr int GapBetweenChunksMs = 5;
-
 std::int16_t fieldAsInt16(std::string_view packet, std::string_view key)
 {
     try {
@@ -25,18 +22,32 @@ std::int16_t fieldAsInt16(std::string_view packet, std::string_view key)
 
 } // namespace
 
-HostSimulator::HostSimulator(Plant plant, QObject* parent)
+HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
     : QObject(parent)
     , plant_(std::move(plant))
     , server_(new QTcpServer(this))
 {
+    if (!clock) {
+        ownClock_ = std::make_unique<QtTimers>();
+        clock = ownClock_.get();
+    }
+    pushTimer_ = clock->make("tmrPushStatus", 2000);
+    idleTimer_ = clock->make("tmrIdleDrop", IdleDropMinutes * 60000);
     chunkTimer_.setSingleShot(true);
-    connect(&chunkTimer_, &QTimer::timeout, this, &HostSimulator::writeNextChunk);
-    connect(&pushTimer_, &QTimer::timeout, this, [this] {
+    connect(&chunkTimer_, &QTimer::timeout, this, &HostSimulator::writeChunk);
+    connect(pushTimer_.get(), &ProgramTimer::timeout, this, [this] {
         if (terminal_ && !faults.silent) {
             plant_.advance();
-            enqueue(statusReply(plant_.status));
+            enqueue(statusReply(plant_.status), false);
         }
+    });
+    connect(idleTimer_.get(), &ProgramTimer::timeout, this, [this] {
+        idleTimer_->stop();
+        if (!terminal_)
+            return;
+        note(QStringLiteral("dropping a terminal silent for %1 ms").arg(idleTimer_->interval()));
+        terminal_->abort();
+        dropTerminal();
     });
     connect(server_, &QTcpServer::newConnection, this, &HostSimulator::acceptTerminal);
 }
@@ -56,10 +67,26 @@ bool HostSimulator::listen(const QHostAddress& address, quint16 port)
 
 void HostSimulator::setPushStatusInterval(int ms)
 {
-    if (ms > 0)
-        pushTimer_.start(ms);
-    else
-        pushTimer_.stop();
+    pushTimer_->stop();
+    if (ms > 0) {
+        pushTimer_->setInterval(ms);
+        pushTimer_->start();
+    }
+}
+
+void HostSimulator::setIdleDropMinutes(int minutes)
+{
+    idleTimer_->setInterval(minutes * 60000);
+    if (minutes <= 0)
+        idleTimer_->stop();
+    else if (terminal_)
+        idleTimer_->start();
+}
+
+void HostSimulator::note(const QString& line)
+{
+    if (log_)
+        log_(line);
 }
 
 void HostSimulator::acceptTerminal()
@@ -77,10 +104,14 @@ void HostSimulator::acceptTerminal()
     splitter_ = RequestSplitter();
     packetsSent_ = 0;
     bigPacketSent_ = false;
+    sinceLastChunk_.invalidate();
+    lastWasReply_ = false;
+    askedSinceLastChunk_ = false;
+    if (idleTimer_->interval() > 0)
+        idleTimer_->start();
     connect(socket, &QTcpSocket::readyRead, this, &HostSimulator::readRequests);
     connect(socket, &QTcpSocket::disconnected, this, &HostSimulator::dropTerminal);
-    if (log_)
-        log_(QStringLiteral("terminal connected from %1").arg(socket->peerAddress().toString()));
+    note(QStringLiteral("terminal connected from %1").arg(socket->peerAddress().toString()));
     Q_EMIT terminalConnected();
     if (faults.noPacketTextOnConnect)
         sendNoPacketText();
@@ -93,9 +124,10 @@ void HostSimulator::dropTerminal()
     terminal_->deleteLater();
     terminal_ = nullptr;
     chunks_.clear();
+    queued_ = 0;
     chunkTimer_.stop();
-    if (log_)
-        log_(QStringLiteral("terminal disconnected"));
+    idleTimer_->stop();
+    note(QStringLiteral("terminal disconnected"));
     if (!server_->isListening() && !server_->listen(address_, port_))
         error_ = server_->errorString();
     Q_EMIT terminalDisconnected();
@@ -106,8 +138,14 @@ void HostSimulator::readRequests()
     if (!terminal_)
         return;
     const QByteArray bytes = terminal_->readAll();
-    for (const std::string& packet :
-        splitter_.feed(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())))) {
+    if (idleTimer_->interval() > 0)
+        idleTimer_->start();
+    const int droppedBefore = splitter_.dropped;
+    const auto packets = splitter_.feed(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    if (splitter_.dropped != droppedBefore)
+        note(QStringLiteral("dropped a request of over %1 bytes without its EOT").arg(RequestSplitter::MaxRequest));
+    for (const std::string& packet : packets) {
+        askedSinceLastChunk_ = true;
         log("recv", packet);
         Q_EMIT packetReceived(QByteArray(packet.data(), static_cast<qsizetype>(packet.size())));
         if (!faults.silent)
@@ -141,13 +179,13 @@ void HostSimulator::answer(const std::string& packet)
             reply(std::move(*parms));
         break;
     case packet_type::PortParms: {
-        // An update section: stored at once, acknowledged unless told otherwise.
+        // An update section: stored at once and acknowledged (unless told otherwise); a section
+        // that cannot be stored gets no acknowledgement.
         const std::int16_t section = fieldAsInt16(packet, "SECTION=");
-        try {
-            Extract_Port_Parms_Packet(packet, plant_.parms);
-        } catch (const RunTimeError& e) {
-            if (log_)
-                log_(QStringLiteral("section %1 not stored: run-time error %2").arg(section).arg(e.number()));
+        std::string refused;
+        if (!plant_.storeUpdate(packet, refused)) {
+            note(QStringLiteral("section %1 not stored: %2").arg(section).arg(QString::fromStdString(refused)));
+            break;
         }
         if (section <= faults.ackSectionsUpTo)
             reply(ackPacket());
@@ -169,53 +207,86 @@ void HostSimulator::reply(std::string packet)
     if (faults.joinWithStatus)
         packet += statusReply(plant_.status);
     if (faults.replyDelayMs > 0) {
-        QTimer::singleShot(
-            faults.replyDelayMs, this, [this, packet = std::move(packet)]() mutable { enqueue(std::move(packet)); });
+        QTimer::singleShot(faults.replyDelayMs, this,
+            [this, packet = std::move(packet)]() mutable { enqueue(std::move(packet), true); });
         return;
     }
-    enqueue(std::move(packet));
+    enqueue(std::move(packet), true);
 }
 
 void HostSimulator::sendRaw(const std::string& bytes)
 {
-    enqueue(bytes);
+    enqueue(bytes, false);
 }
 
-void HostSimulator::enqueue(std::string packet)
+void HostSimulator::enqueue(std::string packet, bool isReply)
 {
     if (!terminal_)
         return;
+    if (terminal_->bytesToWrite() + queued_ + static_cast<qint64>(packet.size()) > MaxUnsent) {
+        note(QStringLiteral("dropping a terminal that reads nothing: %1 bytes wait for it")
+                 .arg(terminal_->bytesToWrite() + queued_));
+        terminal_->abort();
+        dropTerminal();
+        return;
+    }
     const auto pieces = static_cast<std::size_t>(std::max(1, faults.splitInto));
     const std::size_t size = (packet.size() + pieces - 1) / pieces;
-    for (std::size_t from = 0; from < packet.size(); from += size)
-        chunks_.push_back({packet.substr(from, size), from + size >= packet.size()});
-    if (!chunkTimer_.isActive())
-        writeNextChunk();
+    for (std::size_t from = 0; from < packet.size(); from += size) {
+        chunks_.push_back({packet.substr(from, size), isReply, from == 0, from + size >= packet.size()});
+        queued_ += static_cast<qint64>(chunks_.back().bytes.size());
+    }
+    pump();
 }
 
-void HostSimulator::writeNextChunk()
+// A chunk goes at once when the last one left a gap ago, or when it starts the answer to a
+// request that came after the last packet out, itself an answer: the terminal has read that
+// one. Anything else (pushed status, a greeting, the chunks of a split packet, the second of
+// two answers) waits out the gap, so that no two packets reach the terminal as one chunk.
+void HostSimulator::pump()
+{
+    if (chunks_.empty() || chunkTimer_.isActive())
+        return;
+    const bool gapPassed = !sinceLastChunk_.isValid() || sinceLastChunk_.elapsed() >= GapBetweenChunksMs;
+    const Chunk& next = chunks_.front();
+    const bool answersARead = next.reply && next.first && askedSinceLastChunk_ && lastWasReply_;
+    if (gapPassed || answersARead) {
+        writeChunk();
+    } else {
+        ++chunksHeldBack_;
+        chunkTimer_.start(static_cast<int>(GapBetweenChunksMs - sinceLastChunk_.elapsed()));
+    }
+}
+
+void HostSimulator::writeChunk()
 {
     if (!terminal_ || chunks_.empty())
         return;
     const Chunk chunk = std::move(chunks_.front());
     chunks_.pop_front();
+    queued_ -= static_cast<qint64>(chunk.bytes.size());
     log("sent", chunk.bytes);
     terminal_->write(chunk.bytes.data(), static_cast<qint64>(chunk.bytes.size()));
     terminal_->flush();
-    if (chunk.endsPacket && faults.closeAfterPackets > 0 && ++packetsSent_ >= faults.closeAfterPackets) {
-        if (log_)
-            log_(QStringLiteral("closing the connection after %1 packets").arg(packetsSent_));
+    ++chunksWritten_;
+    sinceLastChunk_.start();
+    askedSinceLastChunk_ = false;
+    lastWasReply_ = chunk.reply && chunk.last;
+    if (chunk.last && faults.closeAfterPackets > 0 && ++packetsSent_ >= faults.closeAfterPackets) {
+        note(QStringLiteral("closing the connection after %1 packets").arg(packetsSent_));
         terminal_->disconnectFromHost();
         return;
     }
-    // The gap runs after every chunk, so that the next one, of this packet or another, stays apart.
-    chunkTimer_.start(GapBetweenChunksMs);
+    pump();
 }
 
 void HostSimulator::log(const char* direction, std::string_view bytes)
 {
-    if (log_)
-        log_(QStringLiteral("%1 %2").arg(QLatin1String(direction), QString::fromLatin1(visible(bytes).c_str())));
+    if (!log_)
+        return;
+    const std::string shown = visible(bytes);
+    log_(QLatin1String(direction) + QLatin1Char(' ')
+        + QString::fromLatin1(shown.data(), static_cast<qsizetype>(shown.size())));
 }
 
 } // namespace corvane::hostsim

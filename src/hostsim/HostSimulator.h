@@ -2,12 +2,16 @@
 
 #include "hostsim/HostPackets.h"
 #include "hostsim/Plant.h"
+#include "platform/ProgramTimer.h"
 
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QObject>
 #include <QPointer>
 #include <QTcpSocket>
 #include <QTimer>
+
+#include <memory>
 
 #include <deque>
 #include <functional>
@@ -33,12 +37,21 @@ struct Faults {
 
 // A DNC host on a TCP port: answers the terminal's version, status, machine-type, parameter,
 // update and purge requests from its Plant. One terminal at a time: while one is connected the
-// host stops listening, so another cannot get a connection.
+// host stops listening, so another cannot get a connection; a terminal that sends nothing for
+// IdleDropMinutes, or reads nothing while MaxUnsent bytes wait for it, is dropped so that the
+// next can connect.
 class HostSimulator : public QObject {
     Q_OBJECT
 
 public:
-    explicit HostSimulator(Plant plant = Plant::demo(), QObject* parent = nullptr);
+    static constexpr int IdleDropMinutes = 30;
+    static constexpr qint64 MaxUnsent = 1 << 20; // about ninety full status replies
+    // Packets sent back to back leave this far apart, so that each arrives as a chunk of its own
+    // even at a terminal that is busy for a moment. Answers to requests do not wait for it.
+    static constexpr int GapBetweenChunksMs = 25;
+
+    // The clock runs the pushed status and the idle drop; without one, the real clock.
+    explicit HostSimulator(Plant plant = Plant::demo(), TimerSource* clock = nullptr, QObject* parent = nullptr);
     ~HostSimulator() override;
 
     // Port 0 picks a free one; port() tells which.
@@ -50,9 +63,14 @@ public:
     Faults faults;
     Plant& plant() { return plant_; }
     int updatesCompleted() const { return updatesCompleted_; }
+    // Chunks written, and how many of them waited out the gap between packets.
+    int chunksWritten() const { return chunksWritten_; }
+    int chunksHeldBack() const { return chunksHeldBack_; }
 
     // Unsolicited status packets every `ms` while a terminal is connected (0 stops them).
     void setPushStatusInterval(int ms);
+    // A terminal silent this long is dropped (0: never).
+    void setIdleDropMinutes(int minutes);
     // One line for every packet received and sent, control characters spelt out.
     void setLog(std::function<void(const QString&)> log) { log_ = std::move(log); }
 
@@ -72,9 +90,11 @@ private:
     void readRequests();
     void answer(const std::string& packet);
     void reply(std::string packet);
-    void enqueue(std::string packet);
-    void writeNextChunk();
+    void enqueue(std::string packet, bool isReply);
+    void pump();
+    void writeChunk();
     void log(const char* direction, std::string_view bytes);
+    void note(const QString& line);
 
     Plant plant_;
     QTcpServer* server_;
@@ -85,13 +105,23 @@ private:
     RequestSplitter splitter_;
     struct Chunk {
         std::string bytes;
-        bool endsPacket = false;
+        bool reply = false; // part of an answer to a request
+        bool first = false; // of its packet
+        bool last = false;
     };
     std::deque<Chunk> chunks_;
-    QTimer chunkTimer_;
-    QTimer pushTimer_;
+    qint64 queued_ = 0; // bytes in chunks_
+    QTimer chunkTimer_; // the gap before a chunk that may not go at once
+    QElapsedTimer sinceLastChunk_;
+    bool lastWasReply_ = false; // the last packet out answered a request
+    bool askedSinceLastChunk_ = false;
+    std::unique_ptr<TimerSource> ownClock_;
+    std::unique_ptr<ProgramTimer> pushTimer_;
+    std::unique_ptr<ProgramTimer> idleTimer_;
     int packetsSent_ = 0;
     int updatesCompleted_ = 0;
+    int chunksWritten_ = 0;
+    int chunksHeldBack_ = 0;
     bool bigPacketSent_ = false;
     std::function<void(const QString&)> log_;
 };

@@ -1,5 +1,9 @@
 #include "hostsim/Plant.h"
 
+#include "hostsim/HostPackets.h"
+#include "protocol/PortParmsPacket.h"
+#include "runtime/Convert.h"
+#include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 
 #include <array>
@@ -164,6 +168,56 @@ void Plant::advance()
             s.ByteCount = std::to_string(bytes);
         }
     }
+}
+
+namespace {
+
+// The settings a serial port of the host can actually take.
+std::string valueNoPortCanHold(const PortCommParms& p, const DataCollectionParms& dc)
+{
+    const struct {
+        const char* name;
+        int value, last;
+    } ranges[] = {
+        {"Baud", p.Baud, static_cast<int>(BaudRates.size()) - 1},
+        {"DataType", p.DataType, 3},
+        {"DataBits", p.DataBits, 1},
+        {"Parity", p.Parity, 2},
+        {"StopBits", p.StopBits, 1},
+        {"EobConversion", p.EobConversion, static_cast<int>(EndOfBlockCaptions.size()) - 1},
+        {"Handshaking", p.Handshaking, 2},
+        {"Remote_Req", p.Remote_Req, 2},
+        {"DataStreamOption", dc.DataStreamOption, 1},
+        {"FileNameOption", dc.FileNameOption, 1},
+        {"PrintOption", dc.PrintOption, 2},
+    };
+    for (const auto& r : ranges)
+        if (r.value < 0 || r.value > r.last)
+            return std::string(r.name) + "=" + std::to_string(r.value);
+    return {};
+}
+
+} // namespace
+
+bool Plant::storeUpdate(std::string_view packet, std::string& refused)
+{
+    PortParmsTables updated = parms;
+    std::size_t port = 0;
+    try {
+        Extract_Port_Parms_Packet(packet, updated, PacketSide::Host);
+        const std::int16_t number = textToInt16(requestField(packet, "Port=").value_or(""));
+        if (number < 0 || number >= PortCount)
+            raise(err::SubscriptOutOfRange);
+        port = static_cast<std::size_t>(number);
+    } catch (const RunTimeError& e) {
+        refused = "run-time error " + std::to_string(e.number());
+        return false;
+    }
+    refused = valueNoPortCanHold(updated.PortCommParmsTable[port], updated.DataCollectionTable[port]);
+    if (!refused.empty())
+        return false;
+    parms = std::move(updated);
+    return true;
 }
 
 void Plant::purge(int row)

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvane::hostsim {
@@ -28,6 +29,10 @@ public:
     void advance();
     // Purge and reset: the port drops what it was doing. Rows outside the plant are ignored.
     void purge(int row);
+    // An update section from the terminal, stored whole or not at all: nothing is stored when a
+    // value does not convert, the port is not one of the plant's, or a value is one no port can
+    // hold. The reason, when there is one, goes to `refused`.
+    bool storeUpdate(std::string_view packet, std::string& refused);
     bool isSending(int row) const;
 };
 

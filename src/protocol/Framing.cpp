@@ -5,15 +5,6 @@
 #include "runtime/Text.h"
 
 namespace corvane {
-namespace {
-
-std::function<void()>& noPacketStringHandler()
-{
-    static std::function<void()> handler;
-    return handler;
-}
-
-} // namespace
 
 void PacketReceiver::accumulate(std::string_view chunk)
 {
@@ -43,26 +34,15 @@ void PacketReceiver::reset()
     complete_ = false;
 }
 
-PacketReceiver& receiveState()
-{
-    static PacketReceiver state;
-    return state;
-}
-
-void Accumulate_Socket_Data(std::string_view chunk)
-{
-    receiveState().accumulate(chunk);
-}
-
-std::int16_t Get_Packet_Type(std::string_view packet)
+std::int16_t Get_Packet_Type(std::string_view packet, const std::function<void()>& noPacketString)
 {
     if (left(packet, 3) == "ACK") {
         Log_Packet_Error(packet);
         return packet_type::Ack;
     }
     if (left(packet, 9) != "PKT_TYPE=") {
-        if (const auto& notify = noPacketStringHandler())
-            notify();
+        if (noPacketString)
+            noPacketString();
         Log_Packet_Error(packet);
         return packet_type::NoPacket;
     }
@@ -80,11 +60,6 @@ std::string Get_Packet_Field(std::string_view packet, std::string_view key)
     if (end < valueStart)
         Log_Packet_Error("Error finding  delimeter in packet.");
     return std::string(mid(packet, valueStart, end - valueStart));
-}
-
-void setNoPacketStringHandler(std::function<void()> handler)
-{
-    noPacketStringHandler() = std::move(handler);
 }
 
 std::string packetHeader(std::int16_t type, std::int16_t section)

@@ -38,24 +38,17 @@ private:
     bool complete_ = false;
 };
 
-// The terminal's one receive state, shared by the whole program.
-PacketReceiver& receiveState();
-void Accumulate_Socket_Data(std::string_view chunk);
-
 // The packet's type: the host's number, 999 for an acknowledgement ("ACK..."), -1 for text that
-// is no packet. Every acknowledgement and every untyped text is written to the packet log; an
-// untyped text also raises the "No Packet String" notice. A type that is not a 16-bit number,
-// or a missing STX after it, raises a run-time error to the caller.
-std::int16_t Get_Packet_Type(std::string_view packet);
+// is no packet. Every acknowledgement and every untyped text is written to the packet log; for
+// an untyped text `noPacketString` is called first (the session shows "No Packet String"). A
+// type that is not a 16-bit number, or a missing STX after it, raises a run-time error to the
+// caller.
+std::int16_t Get_Packet_Type(std::string_view packet, const std::function<void()>& noPacketString = {});
 
 // The value of the first field whose key (with its "=") occurs in the packet. A missing key is
 // logged and the text from position length(key) up to the next STX is returned; a missing STX is
 // logged and raises "Invalid procedure call"; positions past 32,767 raise "Overflow".
 std::string Get_Packet_Field(std::string_view packet, std::string_view key);
-
-// Where the "No Packet String" notice goes: the desktop program shows it in a message box with
-// an OK button. Without a handler the notice is only logged with the packet.
-void setNoPacketStringHandler(std::function<void()> handler);
 
 // Writing packets: SOH, "PKT_TYPE=" type STX, "SECTION=" section STX; then key, value, STX for
 // each further field. A request then ends with ETX EOT.

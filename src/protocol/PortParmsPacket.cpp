@@ -187,11 +187,11 @@ std::string printerPortToSend(PortCommParms& record, const std::vector<std::stri
 // place. The record is looked up per field: a port with no record fails before anything is read.
 template <typename R, typename RecordOf>
 void extractSection(std::string_view packet, std::span<const FieldSpec<R>> fields, std::span<const std::size_t> order,
-    RecordOf recordOf)
+    PacketSide side, RecordOf recordOf)
 {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const auto& field = fields[order.empty() ? i : order[i]];
-        if (field.sentOnly)
+        if (field.sentOnly && side == PacketSide::Terminal)
             continue;
         R& record = recordOf();
         store(field, record, Get_Packet_Field(packet, field.key));
@@ -223,7 +223,7 @@ std::span<const FieldSpec<DataCollectionParms>> dataCollectionSection()
     return Section6;
 }
 
-std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, PortParmsTables& tables)
+std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, PortParmsTables& tables, PacketSide side)
 {
     std::string packet = packetHeader(packet_type::PortParms, section);
     appendField(packet, "Port=", numberText(port));
@@ -234,7 +234,7 @@ std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, Por
     } else if (section >= FirstParmsSection && section < LastParmsSection) {
         PortCommParms& record = tables.commParms(port);
         for (const auto& field : commParmsSection(section)) {
-            if (field.text == &PortCommParms::PrinterPort)
+            if (field.text == &PortCommParms::PrinterPort && side == PacketSide::Terminal)
                 appendField(packet, field.key, printerPortToSend(record, tables.PrinterNames));
             else
                 appendField(packet, field.key, encoded(field, record));
@@ -243,29 +243,19 @@ std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, Por
     return packet;
 }
 
-std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port)
-{
-    return Build_Port_Parms_Packet(section, port, portParmsTables());
-}
-
-void Extract_Port_Parms_Packet(std::string_view packet, PortParmsTables& tables)
+void Extract_Port_Parms_Packet(std::string_view packet, PortParmsTables& tables, PacketSide side)
 {
     const std::int16_t port = textToInt16(Get_Packet_Field(packet, "Port="));
     const std::int16_t section = textToInt16(Get_Packet_Field(packet, "SECTION="));
     if (section == LastParmsSection) {
         extractSection<DataCollectionParms>(
-            packet, Section6, {}, [&]() -> DataCollectionParms& { return tables.dataCollection(port); });
+            packet, Section6, {}, side, [&]() -> DataCollectionParms& { return tables.dataCollection(port); });
     } else if (section >= FirstParmsSection && section < LastParmsSection) {
         const auto order
             = section == 2 ? std::span<const std::size_t>(Section2ReadOrder) : std::span<const std::size_t>();
-        extractSection<PortCommParms>(
-            packet, commParmsSection(section), order, [&]() -> PortCommParms& { return tables.commParms(port); });
+        extractSection<PortCommParms>(packet, commParmsSection(section), order, side,
+            [&]() -> PortCommParms& { return tables.commParms(port); });
     }
-}
-
-void Extract_Port_Parms_Packet(std::string_view packet)
-{
-    Extract_Port_Parms_Packet(packet, portParmsTables());
 }
 
 } // namespace corvane

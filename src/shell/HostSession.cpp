@@ -1,64 +1,94 @@
 #include "shell/HostSession.h"
 
-#include "commparms/PortParms.h"
-#include "protocol/Framing.h"
 #include "protocol/PacketErrorLog.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
-#include "runtime/ErrorLog.h"
-#include "shell/HostConfiguration.h"
 #include "platform/Latin1.h"
+#include "runtime/ErrorLog.h"
+#include "runtime/RunTimeError.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/GridRules.h"
+#include "shell/HostConfiguration.h"
 #include "shell/SessionMessages.h"
 #include "shell/VersionRules.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
 
+#include <algorithm>
+
 namespace corvane {
 namespace {
-
-// The exit code by which the session ends its own waits; anything else ends them for good.
-constexpr int Woken = 1;
 
 const QString Connecting = QStringLiteral("Connecting...");
 const QString Blank = QStringLiteral(" ");
 const QString Idle = QStringLiteral("Idle");
 const QString Connected = QStringLiteral("Connected");
 
+// The connect gives up on the fourteenth tick of its 500 ms timer.
+constexpr std::int16_t LastConnectTick = 12;
+
+// The exit code by which the session wakes its own waits to look again.
+constexpr int LookAgain = 1;
+
+// The connect sequence ignores run-time errors and goes on with its next step.
+template <typename Step> void resumeNext(Step&& step) noexcept
+{
+    try {
+        step();
+    } catch (const std::exception&) {
+    }
+}
+
 } // namespace
 
-HostSession::HostSession(HostConfiguration& config, SessionUi& ui, SessionTimings timings, QObject* parent)
+struct HostSession::Wait {
+    QEventLoop loop;
+    bool cancelled = false;
+};
+
+HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, QObject* parent)
     : QObject(parent)
     , config_(config)
     , ui_(ui)
-    , timings_(timings)
+    , tmrConnectionTimeout(timers.make("tmrConnectionTimeout", 500))
+    , tmrSocketStatus(timers.make("tmrSocketStatus", 3000))
+    , tmrPacketTimeOut(timers.make("tmrPacketTimeOut", 3000))
+    , tmrIdleLogoff(timers.make("tmrIdleLogoff", 60000))
 {
     clearPortStatus();
-    tmrConnectionTimeout.setInterval(timings.connectTickMs);
-    tmrSocketStatus.setInterval(timings.socketStatusMs);
-    tmrPacketTimeOut.setInterval(timings.packetTimeoutMs);
-    tmrIdleLogoff.setInterval(timings.idleTickMs);
-    connect(&tmrConnectionTimeout, &QTimer::timeout, this, &HostSession::connectionTick);
-    connect(&tmrSocketStatus, &QTimer::timeout, this, &HostSession::socketStatusTick);
-    connect(&tmrPacketTimeOut, &QTimer::timeout, this, [this] {
-        PacketTimedOut = TrueValue;
-        tmrPacketTimeOut.stop();
-        wake();
-    });
-    connect(&tmrIdleLogoff, &QTimer::timeout, this, &HostSession::idleTick);
-    tmrIdleLogoff.start();
+    parms_.resize();
+    const auto onTick = [this](ProgramTimer& timer, void (HostSession::*tick)()) {
+        connect(&timer, &ProgramTimer::timeout, this, [this, tick] {
+            resumeNext([this, tick] { (this->*tick)(); });
+            wake();
+        });
+    };
+    onTick(*tmrConnectionTimeout, &HostSession::tmrConnectionTimeout_Timer);
+    onTick(*tmrSocketStatus, &HostSession::tmrSocketStatus_Timer);
+    onTick(*tmrPacketTimeOut, &HostSession::tmrPacketTimeOut_Timer);
+    onTick(*tmrIdleLogoff, &HostSession::tmrIdleLogoff_Timer);
+    tmrIdleLogoff->start();
 
+    // Each arrival is read at once and handed on as an event of its own, so that a box opened
+    // while one arrival is dispatched never holds up the next: it is read, and dispatched, inside
+    // the box's own event loop, in the order it came.
     connect(&Winsock1, &QTcpSocket::readyRead, this, [this] {
         const QByteArray bytes = Winsock1.readAll();
-        Process_Received_Socket_Packet(toBytes(bytes));
+        if (bytes.isEmpty())
+            return;
+        QMetaObject::invokeMethod(
+            this, [this, chunk = toBytes(bytes)] { Process_Received_Socket_Packet(chunk); }, Qt::QueuedConnection);
+    });
+    connect(&Winsock1, &QAbstractSocket::connected, this, [this] {
+        resumeNext([this] { socketConnected(); });
+        wake();
     });
     connect(&Winsock1, &QAbstractSocket::errorOccurred, this, [this] {
         socketError_ = true;
         wake();
     });
-    connect(&Winsock1, &QAbstractSocket::stateChanged, this, [this] { wake(); });
+    connect(&Winsock1, &QAbstractSocket::stateChanged, this, &HostSession::wake);
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &HostSession::cancelWaits);
 }
 
@@ -71,21 +101,21 @@ int HostSession::socketState() const
 {
     switch (Winsock1.state()) {
     case QAbstractSocket::UnconnectedState:
-        return socketError_ ? StateError : StateClosed;
+        return socketError_ ? SocketError : SocketClosed;
     case QAbstractSocket::BoundState:
-        return StateOpen;
+        return SocketOpen;
     case QAbstractSocket::ListeningState:
-        return 2;
+        return SocketListening;
     case QAbstractSocket::HostLookupState:
-        return 4;
+        return SocketResolvingHost;
     case QAbstractSocket::ConnectingState:
-        return 6;
+        return SocketConnecting;
     case QAbstractSocket::ConnectedState:
-        return StateConnected;
+        return SocketConnected;
     case QAbstractSocket::ClosingState:
-        return 8;
+        return SocketClosing;
     }
-    return StateClosed;
+    return SocketClosed;
 }
 
 void HostSession::closeSocket()
@@ -101,6 +131,15 @@ void HostSession::setStatus(const QString& caption, std::uint32_t colour)
     ui_.showSocketStatus(caption, colour);
 }
 
+void HostSession::setConnectState(ConnectState state)
+{
+    if (connect_ == state)
+        return;
+    connect_ = state;
+    Q_EMIT connectStateChanged(state);
+    wake();
+}
+
 void HostSession::send(const std::string& packet)
 {
     if (!connected())
@@ -109,53 +148,54 @@ void HostSession::send(const std::string& packet)
     Winsock1.flush();
 }
 
-void HostSession::yield()
-{
-    QCoreApplication::processEvents();
-}
-
 bool HostSession::waitUntil(const std::function<bool()>& done)
 {
-    while (!done()) {
-        if (cancelled_)
-            return false;
-        QEventLoop loop;
-        waits_.push_back(&loop);
-        const int code = loop.exec();
-        waits_.pop_back();
-        if (code != Woken) {
-            cancelled_ = true;
-            return false;
-        }
+    Wait wait;
+    waits_.push_back(&wait);
+    while (!done() && !wait.cancelled) {
+        // Anything but our own wake-up (the program's exit ends every loop) calls the wait off.
+        if (wait.loop.exec() != LookAgain)
+            wait.cancelled = true;
     }
-    return true;
+    waits_.erase(std::find(waits_.begin(), waits_.end(), &wait));
+    return !wait.cancelled || done();
 }
 
 void HostSession::wake()
 {
-    for (QEventLoop* loop : waits_)
-        loop->exit(Woken);
+    for (Wait* wait : waits_)
+        wait->loop.exit(LookAgain);
 }
 
 void HostSession::cancelWaits()
 {
-    cancelled_ = true;
-    for (QEventLoop* loop : waits_)
-        loop->exit(0);
+    for (Wait* wait : waits_) {
+        wait->cancelled = true;
+        wait->loop.exit(0);
+    }
 }
 
+void HostSession::cboHostName_Click(int host)
+{
+    HostIndex = toInt16(host);
+}
+
+// The connect command only starts the sequence; the socket's signals, the dispatch and the
+// timers carry it on, and the window stays live throughout.
 void HostSession::Command1_Click(const QString& txtIP)
 {
     if (connected()) {
         ui_.showMessage(message::alreadyConnected());
         return;
     }
+    if (connect_ == ConnectState::Connecting)
+        return; // the socket is already on its way; its wait is running
     if (txtIP.isEmpty()) {
         ui_.showMessage(message::noAddress());
         return;
     }
-    if (HostIndex < 0 || HostIndex > 6)
-        return; // a host the tables have no room for: nothing to connect to
+    if (HostIndex < 0 || static_cast<std::size_t>(HostIndex) >= config_.HostIPs.size())
+        raise(err::SubscriptOutOfRange);
     const auto host = static_cast<std::size_t>(HostIndex);
     if (config_.HostIPs[host] == QStringLiteral("Undefined")) {
         ui_.showMessage(message::undefinedHost());
@@ -163,97 +203,142 @@ void HostSession::Command1_Click(const QString& txtIP)
     }
 
     IdleMinuteCount = 0;
-    if (socketState() == StateOpen)
-        closeSocket();
-    socketError_ = false;
-    Winsock1.connectToHost(config_.HostIPs[host], static_cast<quint16>(config_.SocketPorts[host]));
+    resumeNext([&] {
+        if (socketState() == SocketOpen)
+            closeSocket();
+        socketError_ = false;
+        Winsock1.connectToHost(config_.HostIPs[host], static_cast<quint16>(config_.SocketPorts[host]));
+        ConnectionTimedOut = FalseValue;
+        tmrConnectionTimeout->start();
+        setStatus(Connecting, ConnectingColour);
+        ConnectTickCount = 0;
+        setConnectState(ConnectState::Connecting);
+    });
+}
 
-    ConnectionTimedOut = FalseValue;
-    tmrConnectionTimeout.start();
-    setStatus(Connecting, ConnectingColour);
-    yield();
-    ConnectTickCount = 0;
-
-    if (!waitUntil([this] { return connected() || ConnectionTimedOut; }))
+void HostSession::socketConnected()
+{
+    if (connect_ != ConnectState::Connecting)
         return;
-    if (!connected()) {
-        setStatus(Idle, IdleColour);
-        ui_.showMessage(message::connectionTimeOut());
-        closeSocket();
-        return;
-    }
-
-    tmrConnectionTimeout.start(); // its next tick sees the connection and starts the status polling
+    if (!tmrConnectionTimeout->isActive())
+        tmrConnectionTimeout->start(); // its next tick sees the connection and starts the status polling
     send(Build_Version_Request());
     PacketTimedOut = FalseValue;
-    tmrPacketTimeOut.stop();
-    tmrPacketTimeOut.start();
+    tmrPacketTimeOut->stop();
+    tmrPacketTimeOut->start();
     VersionReceived = FalseValue;
+    setConnectState(ConnectState::AwaitingVersion);
+}
 
-    if (!waitUntil([this] { return VersionReceived || PacketTimedOut; }))
+void HostSession::connectTimedOut()
+{
+    setConnectState(ConnectState::Idle);
+    setStatus(Idle, IdleColour);
+    ui_.showMessage(message::connectionTimeOut());
+    closeSocket();
+}
+
+// The version decides; the state moves on before any box opens, so that what arrives while the
+// box is up cannot run this step twice.
+void HostSession::versionArrived()
+{
+    if (connect_ != ConnectState::AwaitingVersion || !VersionReceived)
         return;
-    if (!VersionReceived) {
-        ui_.showMessage(message::fetchVersionTimeout());
-        failConnect();
-        return;
-    }
     if (!hostVersionAccepted(HostVersion)) {
+        setConnectState(ConnectState::Idle);
         ui_.showMessage(message::hostTooOld(HostVersion));
         failConnect();
         return;
     }
+    setConnectState(ConnectState::Connected);
     if (upgradeAdvised(MinimumRemoteVersion))
         ui_.showMessage(message::upgradeAdvisory(HostVersion, MinimumRemoteVersion));
-
-    tmrPacketTimeOut.stop();
+    tmrPacketTimeOut->stop();
     cmdRefresh_Click();
     ui_.rememberGridPosition();
 }
 
+void HostSession::versionTimedOut()
+{
+    if (connect_ != ConnectState::AwaitingVersion || VersionReceived)
+        return;
+    setConnectState(ConnectState::Idle);
+    ui_.showMessage(message::fetchVersionTimeout());
+    failConnect();
+}
+
 void HostSession::failConnect()
 {
+    setConnectState(ConnectState::Idle);
     closeSocket();
-    tmrConnectionTimeout.stop();
-    yield();
+    tmrConnectionTimeout->stop();
     clearPortStatus();
     ui_.portTableChanged();
     setStatus(Idle, IdleColour);
 }
 
-void HostSession::connectionTick()
+void HostSession::tmrConnectionTimeout_Timer()
 {
     if (connected()) {
-        tmrConnectionTimeout.stop();
-        tmrSocketStatus.setInterval(1);
-        tmrSocketStatus.start();
+        tmrConnectionTimeout->stop();
+        tmrSocketStatus->setInterval(1); // the label turns green at once
+        tmrSocketStatus->start();
     }
-    if (ConnectTickCount > 12) {
+    if (ConnectTickCount > LastConnectTick) {
         ConnectionTimedOut = TrueValue;
-        tmrConnectionTimeout.stop();
+        tmrConnectionTimeout->stop();
     }
-    ++ConnectTickCount;
+    ConnectTickCount = toInt16(ConnectTickCount + 1);
     setStatus(caption_ != Connecting ? Connecting : Blank, colour_);
-    wake();
-    yield();
+    if (connect_ == ConnectState::Connecting && ConnectionTimedOut && !connected())
+        connectTimedOut();
 }
 
-void HostSession::socketStatusTick()
+// Polls for the rest of the program, also after a disconnect.
+void HostSession::tmrSocketStatus_Timer()
 {
-    tmrSocketStatus.stop();
-    tmrSocketStatus.setInterval(timings_.socketStatusMs);
-    if (!connected()) {
+    tmrSocketStatus->stop();
+    tmrSocketStatus->setInterval(3000);
+    resumeNext([this] {
+        if (!connected()) {
+            closeSocket();
+            setStatus(Idle, IdleColour);
+            if (connect_ == ConnectState::Connected)
+                setConnectState(ConnectState::Idle);
+        } else {
+            setStatus(Connected, ConnectedColour);
+        }
+    });
+    tmrSocketStatus->start();
+}
+
+void HostSession::tmrPacketTimeOut_Timer()
+{
+    PacketTimedOut = TrueValue;
+    tmrPacketTimeOut->stop();
+    versionTimedOut();
+}
+
+void HostSession::tmrIdleLogoff_Timer()
+{
+    IdleMinuteCount = toInt16(IdleMinuteCount + 1);
+    if (config_.IdleMinutes != 0 && connected() && IdleMinuteCount > config_.IdleMinutes) {
+        ui_.showMessage(message::idleLogOff(config_.IdleMinutes));
         closeSocket();
         setStatus(Idle, IdleColour);
-    } else {
-        setStatus(Connected, ConnectedColour);
+        setConnectState(ConnectState::Idle);
+        ui_.idleLoggedOff();
     }
-    tmrSocketStatus.start();
 }
 
+// Also calls off a connect under way: whoever presses Disconnect while it waits wants it stopped,
+// not told seconds later that it timed out.
 void HostSession::cmdDisconnect_Click()
 {
     closeSocket();
-    yield();
+    tmrConnectionTimeout->stop();
+    tmrPacketTimeOut->stop();
+    setConnectState(ConnectState::Idle);
     clearPortStatus();
     ui_.portTableChanged();
     setStatus(Idle, IdleColour);
@@ -303,44 +388,47 @@ bool HostSession::cmdCommParms_Click(const std::function<bool()>& checkAccess)
     return true;
 }
 
-void HostSession::idleTick()
+void HostSession::rowChanged(int row)
 {
-    ++IdleMinuteCount;
-    if (config_.IdleMinutes != 0 && connected() && IdleMinuteCount > config_.IdleMinutes) {
-        ui_.showMessage(message::idleLogOff(config_.IdleMinutes));
-        closeSocket();
-        setStatus(Idle, IdleColour);
-        ui_.idleLoggedOff();
-    }
+    SelectedPortRow = toInt16(row);
+}
+
+void HostSession::Accumulate_Socket_Data(const std::string& chunk)
+{
+    receiver_.accumulate(chunk);
 }
 
 void HostSession::Process_Received_Socket_Packet(const std::string& chunk)
 {
     runTrapped(location::PacketDispatch, [&] { dispatch(chunk); });
     wake();
+    // A version reply moves the connect on, outside the dispatch's trap.
+    resumeNext([this] { versionArrived(); });
 }
 
 void HostSession::dispatch(const std::string& chunk)
 {
     Accumulate_Socket_Data(chunk);
-    if (!receiveState().packetComplete())
+    if (!receiver_.packetComplete())
         return;
-    const std::string packet = receiveState().completedPacket();
+    const std::string packet = receiver_.completedPacket();
     ParmsPacketReceived = TrueValue;
 
-    const std::int16_t type = Get_Packet_Type(packet);
+    const std::int16_t type
+        = Get_Packet_Type(packet, [this] { ui_.showMessage(std::string(message::NoPacketString)); });
     if (type == packet_type::Ack) {
         UpdateAckReceived = TrueValue;
         return;
     }
-    if (type == packet_type::NoPacket)
-        return;
-    // Read from every typed packet, though nothing routes by it; one without it still goes on.
+    // Read from every packet but an acknowledgement, though nothing routes by it; a packet
+    // without it still goes on, a value beyond 16 bits drops the packet into the trap.
     [[maybe_unused]] const std::int16_t section = valToInt16(Get_Packet_Field(packet, "SECTION="));
 
     switch (type) {
+    case packet_type::NoPacket:
+        break;
     case packet_type::PortParms:
-        Extract_Port_Parms_Packet(packet);
+        Extract_Port_Parms_Packet(packet, parms_);
         break;
     case packet_type::PortStatusReply:
         try {
@@ -360,18 +448,9 @@ void HostSession::dispatch(const std::string& chunk)
         HostVersion = Get_Host_Version(packet);
         MinimumRemoteVersion = Get_Minimum_Remote_Version(packet);
         break;
-    case 130:
-    case 160:
-    case packet_type::PortParmsRequest:
-    case packet_type::StatusRequest:
-    case 230:
-    case packet_type::MachineTypeRequest:
-    case packet_type::VersionRequest:
-    case packet_type::UpdateComplete:
-    case packet_type::PurgeReset:
-        break;
     default:
-        Log_Packet_Error("Unknown packet.");
+        if (std::ranges::find(packet_type::AcceptedWithoutAction, type) == std::end(packet_type::AcceptedWithoutAction))
+            Log_Packet_Error("Unknown packet.");
         break;
     }
 }

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "commparms/PortParms.h"
+#include "platform/ProgramTimer.h"
+#include "protocol/Framing.h"
 #include "protocol/Replies.h"
 #include "runtime/Convert.h"
 #include "shell/SessionUi.h"
 
 #include <QTcpSocket>
-#include <QTimer>
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,55 +21,109 @@ namespace corvane {
 
 class HostConfiguration;
 
-// Timer intervals; tests shorten them, the program keeps these.
-struct SessionTimings {
-    int connectTickMs = 500; // tmrConnectionTimeout
-    int socketStatusMs = 3000; // tmrSocketStatus
-    int packetTimeoutMs = 3000; // tmrPacketTimeOut
-    int idleTickMs = 60000; // tmrIdleLogoff: one idle minute
+// Winsock1's state numbers; anything but Connected counts as not connected.
+enum SocketState : int {
+    SocketClosed = 0,
+    SocketOpen = 1,
+    SocketListening = 2,
+    SocketResolvingHost = 4,
+    SocketConnecting = 6,
+    SocketConnected = 7,
+    SocketClosing = 8,
+    SocketError = 9,
 };
+
+// Where the connect command stands: Idle until Command1 is pressed, Connecting until the socket
+// connects or the connect wait runs out, AwaitingVersion until the version reply or its timeout,
+// then Connected (which the disconnect, the idle log-off or a lost socket end).
+enum class ConnectState { Idle, Connecting, AwaitingVersion, Connected };
 
 // The one connection to the selected host: connect with the version check, the dispatch of
 // everything the host sends, the port table, the commands that talk to the host and the idle
-// log-off. It never opens a window; it speaks through SessionUi.
+// log-off. It never opens a window; it speaks through SessionUi. Each session has its own
+// receive state and parameter tables, so a program (or a test) may hold several.
 class HostSession : public QObject {
     Q_OBJECT
 
 public:
-    // The socket states the session tells apart.
-    static constexpr int StateClosed = 0;
-    static constexpr int StateOpen = 1;
-    static constexpr int StateConnected = 7;
-    static constexpr int StateError = 9;
-
-    HostSession(HostConfiguration& config, SessionUi& ui, SessionTimings timings = {}, QObject* parent = nullptr);
+    HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, QObject* parent = nullptr);
     ~HostSession() override;
 
-    // Winsock1's state number: 1 open, 7 connected; anything else is not connected.
-    int socketState() const;
-    bool connected() const { return socketState() == StateConnected; }
-    void closeSocket();
-
     // The main window's commands.
-    void Command1_Click(const QString& txtIP); // connect to HostIndex
+    void cboHostName_Click(int host); // picks host 1-5
+    void Command1_Click(const QString& txtIP); // starts the connect to HostIndex
     void cmdDisconnect_Click();
     void cmdRefresh_Click();
     void cmdPurgeAndReset_Click();
     // Up to the access check: whether the parameter editor may open for the selected row.
     bool cmdCommParms_Click(const std::function<bool()>& checkAccess);
+    // The grid's current row changed.
+    void rowChanged(int row);
+    // Activity that counts as a command (the parameter editor's).
+    void resetIdleCount() { IdleMinuteCount = 0; }
 
-    // Everything the socket delivers comes through here (error trap, location 155).
+    // Everything the socket delivers comes through here, one arrival at a time (error trap,
+    // location 155).
     void Process_Received_Socket_Packet(const std::string& chunk);
 
-    // Clears the port table to 128 empty records.
-    void clearPortStatus();
-    // The status of a grid row, empty for a row the table does not have.
-    std::string statusOfRow(int row) const;
+    // Winsock1's state number.
+    int socketState() const;
+    bool connected() const { return socketState() == SocketConnected; }
+    ConnectState connectState() const { return connect_; }
+    void closeSocket();
 
-    // Waits in a nested event loop until `done` holds; false when the wait was called off
-    // (the program is ending).
+    // Waits in a nested event loop until `done` holds; every flag the session sets, every timer
+    // tick and every socket event looks again. False when the wait was called off (the program
+    // is ending); later waits are not affected.
     bool waitUntil(const std::function<bool()>& done);
     void cancelWaits();
+
+    // Read-only views for the windows.
+    int hostIndex() const { return HostIndex; }
+    std::int16_t idleMinuteCount() const { return IdleMinuteCount; }
+    std::int16_t selectedPortRow() const { return SelectedPortRow; }
+    std::int16_t selectedPortIndex() const { return SelectedPortIndex; }
+    const std::vector<PortStatusRecord>& portStatus() const { return PortStatus; }
+    // The status of a grid row, empty for a row the table does not have.
+    std::string statusOfRow(int row) const;
+    const std::vector<MachineTypeRecord>& machineTypes() const { return MachineTypes; }
+    const std::string& hostVersion() const { return HostVersion; }
+    const QString& socketCaption() const { return caption_; }
+    std::uint32_t socketColour() const { return colour_; }
+    // Every port's parameter records, and the printers remote printing falls back on.
+    PortParmsTables& parmsTables() { return parms_; }
+
+Q_SIGNALS:
+    void connectStateChanged(ConnectState state);
+
+private:
+    void Accumulate_Socket_Data(const std::string& chunk);
+    void dispatch(const std::string& chunk);
+    void clearPortStatus();
+    void setStatus(const QString& caption, std::uint32_t colour);
+    void setConnectState(ConnectState state);
+    void send(const std::string& packet);
+    void wake();
+
+    // The connect sequence, one step per event.
+    void socketConnected();
+    void versionArrived();
+    void versionTimedOut();
+    void connectTimedOut();
+    void failConnect();
+    void tmrConnectionTimeout_Timer();
+    void tmrSocketStatus_Timer();
+    void tmrPacketTimeOut_Timer();
+    void tmrIdleLogoff_Timer();
+
+    HostConfiguration& config_;
+    SessionUi& ui_;
+
+    QTcpSocket Winsock1;
+    std::unique_ptr<ProgramTimer> tmrConnectionTimeout;
+    std::unique_ptr<ProgramTimer> tmrSocketStatus;
+    std::unique_ptr<ProgramTimer> tmrPacketTimeOut;
+    std::unique_ptr<ProgramTimer> tmrIdleLogoff;
 
     std::int16_t HostIndex = 1;
     std::int16_t ConnectTickCount = 0;
@@ -84,32 +141,12 @@ public:
     std::vector<MachineTypeRecord> MachineTypes;
     std::int16_t MachineTypeCount = 0;
 
-    QTcpSocket Winsock1;
-    QTimer tmrConnectionTimeout;
-    QTimer tmrSocketStatus;
-    QTimer tmrPacketTimeOut;
-    QTimer tmrIdleLogoff;
-
-    const QString& socketCaption() const { return caption_; }
-    std::uint32_t socketColour() const { return colour_; }
-
-private:
-    void setStatus(const QString& caption, std::uint32_t colour);
-    void send(const std::string& packet);
-    void yield();
-    void wake();
-    void failConnect();
-    void connectionTick();
-    void socketStatusTick();
-    void idleTick();
-    void dispatch(const std::string& chunk);
-
-    HostConfiguration& config_;
-    SessionUi& ui_;
-    SessionTimings timings_;
+    PacketReceiver receiver_;
+    PortParmsTables parms_;
+    ConnectState connect_ = ConnectState::Idle;
     bool socketError_ = false;
-    bool cancelled_ = false;
-    std::vector<QEventLoop*> waits_;
+    struct Wait;
+    std::vector<Wait*> waits_;
     QString caption_;
     std::uint32_t colour_ = StartColour;
 };

@@ -56,7 +56,7 @@ TEST(GenMsgBox, StylesGiveButtonsIconAndDefault)
 
 TEST(GenMsgBox, ButtonsReturnTheirNumbersAndTheCloseBoxRepeatsTheLastAnswer)
 {
-    GenMsgBoxes boxes;
+    GenMsgBoxes boxes({});
     whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.buttons().at(1)->click(); });
     EXPECT_EQ(boxes.Show_Gen_MsgBox("Are you sure you want to delete SMITH?", 52, "Delete User?"), msg::ResultNo);
 
@@ -75,6 +75,30 @@ TEST(GenMsgBox, ButtonsReturnTheirNumbersAndTheCloseBoxRepeatsTheLastAnswer)
         box.buttons().at(1)->click();
     });
     EXPECT_EQ(boxes.Show_Gen_MsgBox("c", msg::Custom, "t"), 21);
+}
+
+// The box is as wide as its caption needs, while the text keeps within its 4500 twips.
+TEST(GenMsgBox, CaptionAndTextShowWhole)
+{
+    struct Case {
+        const char* title;
+        const char* text;
+    } const cases[] = {
+        {"Access Not Allowed", "No access to the selected function."},
+        {"User Already Exists", "Entered user name already exists.  Please change."},
+        {"t", "A long text that wraps, as the supervisor's password warning does, over several lines of the box "
+              "without ever making it wider than the text's own limit."},
+    };
+    for (const auto& c : cases) {
+        frmGenMsgBox box(QString::fromLatin1(c.text), msg::OkOnly | msg::Exclamation, QString::fromLatin1(c.title), {},
+            6.1);
+        box.show();
+        const QLabel& text = control<QLabel>(box, "lblMsg");
+        EXPECT_GE(box.width(), captionWidth(box.windowTitle(), box.fontMetrics())) << c.title;
+        EXPECT_LE(text.width(), 300) << c.title;
+        EXPECT_GE(text.height(), text.heightForWidth(text.width())) << c.title << ": the text is cut";
+        box.close();
+    }
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 #include "hostsim/HostSimulator.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
+#include "support/ManualTimers.h"
 #include "support/Records.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/TerminalPeer.h"
+#include "support/Wire.h"
 
 #include <gtest/gtest.h>
 
@@ -11,20 +13,22 @@ namespace corvane::hostsim {
 namespace {
 
 using test::errorNumberRaisedBy;
+using test::operator""_w;
 using test::TerminalPeer;
+using test::waitFor;
 
 class Host : public ::testing::Test {
 protected:
     test::ScratchProgramFolder folder; // the terminal side's packet log lands here
-    HostSimulator host;
+    test::ManualTimers clock;
+    HostSimulator host{Plant::demo(), &clock};
     TerminalPeer terminal;
 
     void SetUp() override
     {
         ASSERT_TRUE(host.listen());
         ASSERT_TRUE(terminal.connectTo(host.port()));
-        ASSERT_TRUE(
-            terminal.waitFor([this] { return host.hasTerminal(); }, 3000, &host, &HostSimulator::terminalConnected));
+        ASSERT_TRUE(waitFor([this] { return host.hasTerminal(); }));
     }
 
     std::vector<PortStatusRecord> status()
@@ -36,6 +40,17 @@ protected:
         EXPECT_EQ(
             errorNumberRaisedBy([&] { Extract_Status_Packet(reply.value_or(""), rows); }), err::SubscriptOutOfRange);
         return rows;
+    }
+
+    // Fetches sections 1-6 of a port into `tables`, as the terminal does.
+    void fetch(std::int16_t port, PortParmsTables& tables)
+    {
+        for (std::int16_t section = 1; section <= 6; ++section) {
+            const auto reply = terminal.request(Build_Port_Parms_Request(section, port));
+            ASSERT_TRUE(reply) << section;
+            EXPECT_EQ(Get_Packet_Type(*reply), packet_type::PortParms);
+            Extract_Port_Parms_Packet(*reply, tables, PacketSide::Host);
+        }
     }
 };
 
@@ -63,7 +78,9 @@ TEST_F(Host, VersionStatusAndMachineTypesComeBackAsTheTerminalReadsThem)
     EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Machine_Types(*types, table, count); }), err::InvalidProcedureCall);
     EXPECT_EQ(count, 7); // six types and the piece after the last ETX
     EXPECT_EQ(table[2].machine_type, "HEIDENHAIN TNC 640");
-    EXPECT_EQ(terminal.chunks, 3) << "each packet starts and ends a chunk of its own";
+    // Each answered as soon as it was asked: the terminal had read the answer before.
+    EXPECT_EQ(host.chunksWritten(), 3);
+    EXPECT_EQ(host.chunksHeldBack(), 0);
 }
 
 TEST_F(Host, SendingPortsMoveOnAndAPurgeShowsInTheNextStatus)
@@ -82,24 +99,19 @@ TEST_F(Host, SendingPortsMoveOnAndAPurgeShowsInTheNextStatus)
     EXPECT_EQ(purged[0].WorkstationName, "LATHE 01");
 }
 
-TEST_F(Host, AllSixSectionsTravelBothWays)
+TEST_F(Host, AllSixSectionsTravelBothWaysAndPrintingIsKeptLikeEveryField)
 {
     const std::int16_t port = 14; // EDM 1 collects data
     PortParmsTables mine;
     mine.resize();
-    for (std::int16_t section = 1; section <= 6; ++section) {
-        const auto reply = terminal.request(Build_Port_Parms_Request(section, port));
-        ASSERT_TRUE(reply) << section;
-        EXPECT_EQ(Get_Packet_Type(*reply), packet_type::PortParms);
-        Extract_Port_Parms_Packet(*reply, mine);
-    }
-    PortCommParms expected = host.plant().parms.PortCommParmsTable[port];
-    expected.EnableRemotePrinting = 0; // never taken from the host
-    EXPECT_EQ(mine.PortCommParmsTable[port], expected);
+    fetch(port, mine);
+    EXPECT_EQ(mine.PortCommParmsTable[port], host.plant().parms.PortCommParmsTable[port]);
     EXPECT_EQ(mine.DataCollectionTable[port].SaveToFolder, "C:\\DNC\\COLLECTED\\EDM 1");
 
     mine.PortCommParmsTable[port].Baud = 9;
     mine.PortCommParmsTable[port].ConfirmFooter = "M02";
+    mine.PortCommParmsTable[port].EnableRemotePrinting = TrueValue;
+    mine.PortCommParmsTable[port].PrinterPort = "LPT2:";
     mine.DataCollectionTable[port].MaxDataSegment = 250;
     for (std::int16_t section = 1; section <= 6; ++section) {
         const auto ack = terminal.request(Build_Port_Parms_Packet(section, port, mine) + EOT);
@@ -107,13 +119,46 @@ TEST_F(Host, AllSixSectionsTravelBothWays)
         EXPECT_EQ(Get_Packet_Type(*ack), packet_type::Ack) << section;
     }
     terminal.send(Build_Update_Complete_Packet());
-    ASSERT_TRUE(
-        terminal.waitFor([this] { return host.updatesCompleted() == 1; }, 3000, &host, &HostSimulator::packetReceived));
-    EXPECT_EQ(host.plant().parms.PortCommParmsTable[port].Baud, 9);
-    EXPECT_EQ(host.plant().parms.PortCommParmsTable[port].ConfirmFooter, "M02");
+    ASSERT_TRUE(waitFor([this] { return host.updatesCompleted() == 1; }));
+    const PortCommParms& stored = host.plant().parms.PortCommParmsTable[port];
+    EXPECT_EQ(stored.Baud, 9);
+    EXPECT_EQ(stored.ConfirmFooter, "M02");
+    EXPECT_EQ(stored.EnableRemotePrinting, TrueValue);
+    EXPECT_EQ(stored.PrinterPort, "LPT2:");
     EXPECT_EQ(host.plant().parms.DataCollectionTable[port].MaxDataSegment, 250);
 
+    PortParmsTables again;
+    again.resize();
+    fetch(port, again);
+    EXPECT_EQ(again.PortCommParmsTable[port], stored) << "returned as stored";
+
     EXPECT_FALSE(terminal.request(Build_Port_Parms_Request(1, 128), 300)) << "no such port, no reply";
+}
+
+TEST_F(Host, ASectionThatCannotBeStoredIsNotAcknowledged)
+{
+    const std::int16_t port = 3;
+    const PortParmsTables before = host.plant().parms;
+    struct Case {
+        const char* name;
+        std::function<void(PortParmsTables&)> change;
+        std::int16_t section;
+    } const cases[] = {
+        {"a negative baud index", [](PortParmsTables& t) { t.PortCommParmsTable[3].Baud = -1; }, 1},
+        {"a baud index past the list", [](PortParmsTables& t) { t.PortCommParmsTable[3].Baud = 15; }, 1},
+        {"a parity no port has", [](PortParmsTables& t) { t.PortCommParmsTable[3].Parity = 3; }, 1},
+        {"a print option no port has", [](PortParmsTables& t) { t.DataCollectionTable[3].PrintOption = 7; }, 6},
+    };
+    for (const auto& c : cases) {
+        PortParmsTables mine = before;
+        c.change(mine);
+        EXPECT_FALSE(terminal.request(Build_Port_Parms_Packet(c.section, port, mine) + EOT, 300)) << c.name;
+        EXPECT_EQ(host.plant().parms.PortCommParmsTable[port], before.PortCommParmsTable[port]) << c.name;
+        EXPECT_EQ(host.plant().parms.DataCollectionTable[port], before.DataCollectionTable[port]) << c.name;
+    }
+    // A value that does not convert is no better.
+    EXPECT_FALSE(terminal.request("<SOH>PKT_TYPE=100<STX>SECTION=1<STX>Port=3<STX>wstat_name=X<STX>Port_No=abc<STX><EOT>"_w, 300));
+    EXPECT_EQ(host.plant().parms.PortCommParmsTable[port].wstat_name, before.PortCommParmsTable[port].wstat_name);
 }
 
 TEST_F(Host, FaultsDoWhatTheySay)
@@ -126,17 +171,16 @@ TEST_F(Host, FaultsDoWhatTheySay)
     EXPECT_EQ(Get_Minimum_Remote_Version(*version), "1.03");
 
     host.faults.ackSectionsUpTo = 2;
-    PortParmsTables mine;
-    mine.resize();
+    PortParmsTables mine = host.plant().parms;
     EXPECT_TRUE(terminal.request(Build_Port_Parms_Packet(2, 5, mine) + EOT));
     EXPECT_FALSE(terminal.request(Build_Port_Parms_Packet(3, 5, mine) + EOT, 300));
 
     host.faults.splitInto = 3;
-    const int before = terminal.chunks;
+    const int before = host.chunksWritten();
     version = terminal.request(Build_Version_Request());
     ASSERT_TRUE(version);
     EXPECT_EQ(Get_Host_Version(*version), "4.11");
-    EXPECT_EQ(terminal.chunks - before, 3);
+    EXPECT_EQ(host.chunksWritten() - before, 3);
     host.faults.splitInto = 1;
 
     host.faults.joinWithStatus = true;
@@ -146,22 +190,21 @@ TEST_F(Host, FaultsDoWhatTheySay)
     EXPECT_NE(version->find("WorkstationName=LATHE 01"), std::string::npos);
     host.faults.joinWithStatus = false;
 
-    host.faults.replyDelayMs = 400;
-    terminal.send(Build_Version_Request());
-    EXPECT_FALSE(terminal.nextPacket(50));
-    EXPECT_TRUE(terminal.nextPacket(3000));
-    host.faults.replyDelayMs = 0;
-
     host.faults.silent = true;
     EXPECT_FALSE(terminal.request(Build_Version_Request(), 300));
 }
 
-TEST_F(Host, InProcessTextThatIsNoPacketAndAnOversizedPacket)
+TEST_F(Host, TextThatIsNoPacketAnOversizedPacketAndPushedStatusKeepTheirDistance)
 {
+    // What follows a packet nobody asked for waits out the gap, so the two stay apart.
     host.sendNoPacketText();
+    terminal.send(Build_Version_Request());
     const auto text = terminal.nextPacket();
     ASSERT_TRUE(text);
     EXPECT_EQ(Get_Packet_Type(*text), packet_type::NoPacket);
+    const auto version = terminal.nextPacket();
+    ASSERT_TRUE(version);
+    EXPECT_EQ(Get_Packet_Type(*version), packet_type::VersionReply);
 
     host.faults.bigPacketSize = 40000;
     const auto big = terminal.request(Build_Status_Request());
@@ -170,9 +213,15 @@ TEST_F(Host, InProcessTextThatIsNoPacketAndAnOversizedPacket)
     EXPECT_EQ(Get_Packet_Type(*big), packet_type::PortStatusReply);
     EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(*big, "Padding="); }), err::Overflow);
     EXPECT_EQ(status()[0].WorkstationName, "LATHE 01"); // only the first status request is oversized
+
+    host.setPushStatusInterval(2000);
+    clock.fire("tmrPushStatus");
+    const auto pushed = terminal.nextPacket();
+    ASSERT_TRUE(pushed);
+    EXPECT_EQ(Get_Packet_Type(*pushed), packet_type::PortStatusReply);
 }
 
-TEST_F(Host, OneTerminalAtATimeAndTheConnectionCanBeClosedUnderIt)
+TEST_F(Host, OneTerminalAtATimeAndTheWaysOneIsDropped)
 {
     TerminalPeer second;
     EXPECT_FALSE(second.connectTo(host.port(), 1000));
@@ -180,9 +229,9 @@ TEST_F(Host, OneTerminalAtATimeAndTheConnectionCanBeClosedUnderIt)
     host.faults.closeAfterPackets = 1;
     EXPECT_TRUE(terminal.request(Build_Version_Request()));
     EXPECT_TRUE(terminal.waitForDisconnect());
-    ASSERT_TRUE(
-        terminal.waitFor([this] { return !host.hasTerminal(); }, 3000, &host, &HostSimulator::terminalDisconnected));
+    ASSERT_TRUE(waitFor([this] { return !host.hasTerminal(); }));
 
+    // A silent terminal goes after the idle time, and the next one gets in.
     host.faults.closeAfterPackets = 0;
     host.faults.noPacketTextOnConnect = true;
     TerminalPeer third;
@@ -190,20 +239,32 @@ TEST_F(Host, OneTerminalAtATimeAndTheConnectionCanBeClosedUnderIt)
     const auto greeting = third.nextPacket();
     ASSERT_TRUE(greeting);
     EXPECT_FALSE(greeting->starts_with("PKT_TYPE="));
+    EXPECT_EQ(clock["tmrIdleDrop"].interval(), HostSimulator::IdleDropMinutes * 60000);
+    clock.fire("tmrIdleDrop");
+    EXPECT_TRUE(third.waitForDisconnect());
+    TerminalPeer fourth;
+    EXPECT_TRUE(fourth.connectTo(host.port()));
 }
 
-TEST_F(Host, PushedStatusAndTheVerboseLog)
+TEST_F(Host, ATerminalThatNeverEndsItsRequestCannotGrowTheHost)
 {
     QStringList lines;
     host.setLog([&lines](const QString& line) { lines << line; });
-    host.setPushStatusInterval(20);
-    const auto pushed = terminal.nextPacket();
-    ASSERT_TRUE(pushed);
-    EXPECT_EQ(Get_Packet_Type(*pushed), packet_type::PortStatusReply);
-    host.setPushStatusInterval(0);
+    terminal.send("<SOH>PKT_TYPE=220<STX>"_w + std::string(RequestSplitter::MaxRequest, 'x'));
+    ASSERT_TRUE(waitFor([&] { return lines.filter(QStringLiteral("dropped a request")).size() == 1; }));
+    terminal.send("more of the same, then its end<EOT>"_w);
+    EXPECT_TRUE(terminal.request(Build_Version_Request())) << "the next request is answered";
+}
 
+TEST_F(Host, TheVerboseLogShowsARequestWholeNulBytesIncluded)
+{
+    QStringList lines;
+    host.setLog([&lines](const QString& line) { lines << line; });
     terminal.request(Build_Version_Request());
+    terminal.send(std::string("\x01PKT_TYPE=555\x02SECTION=0\x02" "A\0B\x02\x03\x04", 30));
+    ASSERT_TRUE(waitFor([&] { return lines.filter(QStringLiteral("PKT_TYPE=555")).size() == 1; }));
     EXPECT_TRUE(lines.contains(QStringLiteral("recv PKT_TYPE=270<STX>SECTION=0<STX><ETX><EOT>")));
+    EXPECT_TRUE(lines.contains(QStringLiteral("recv PKT_TYPE=555<STX>SECTION=0<STX>A<NUL>B<STX><ETX><EOT>")));
     EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const QString& l) {
         return l.startsWith(QStringLiteral("sent <SOH>PKT_TYPE=170<STX>SECTION=0<STX>VersionMajor=4<STX>"));
     }));

@@ -47,17 +47,6 @@ TEST(Framing, ChunksJoinIntoPacketsOnTheirFirstAndLastCharacter)
     }
 }
 
-TEST(Framing, TheProcessWideStateIsWhatTheSocketFeeds)
-{
-    receiveState().reset();
-    Accumulate_Socket_Data("<SOH>PKT_TYPE=170<STX>"_w);
-    EXPECT_FALSE(receiveState().packetComplete());
-    Accumulate_Socket_Data("SECTION=0<STX><EOT>"_w);
-    ASSERT_TRUE(receiveState().packetComplete());
-    EXPECT_EQ(Get_Packet_Type(receiveState().completedPacket()), 170);
-    receiveState().reset();
-}
-
 TEST(Framing, TextThatNeverEndsIsDroppedInsteadOfGrowingWithoutBound)
 {
     test::ScratchProgramFolder folder;
@@ -73,15 +62,14 @@ TEST(PacketType, TypesAcknowledgementsAndTextThatIsNoPacket)
 {
     test::ScratchProgramFolder folder;
     int notices = 0;
-    setNoPacketStringHandler([&] { ++notices; });
+    const auto notice = [&] { ++notices; };
 
-    EXPECT_EQ(Get_Packet_Type(Status), 120);
-    EXPECT_EQ(Get_Packet_Type("PKT_TYPE=-7<STX>"_w), -7);
-    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w), packet_type::Ack);
-    EXPECT_EQ(Get_Packet_Type("hello<EOT>"_w), packet_type::NoPacket);
-    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w), packet_type::NoPacket);
+    EXPECT_EQ(Get_Packet_Type(Status, notice), 120);
+    EXPECT_EQ(Get_Packet_Type("PKT_TYPE=-7<STX>"_w, notice), -7);
+    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w, notice), packet_type::Ack);
+    EXPECT_EQ(Get_Packet_Type("hello<EOT>"_w, notice), packet_type::NoPacket);
+    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w, notice), packet_type::NoPacket);
     EXPECT_EQ(notices, 2);
-    setNoPacketStringHandler({});
 
     const std::string when = test::ScratchProgramFolder::momentText();
     const std::vector<std::string> expected = {

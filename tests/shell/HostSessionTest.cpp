@@ -1,17 +1,14 @@
 #include "shell/HostSession.h"
-#include "hostsim/HostSimulator.h"
+#include "protocol/Requests.h"
 #include "shell/HostConfiguration.h"
-#include "platform/Registry.h"
-#include "shell/ConfigurationRules.h"
-#include "shell/GridRules.h"
 #include "shell/SessionMessages.h"
-#include "shell/VersionRules.h"
-#include "support/ScratchProgramFolder.h"
+#include "support/ManualTimers.h"
+#include "support/SimulatedPlant.h"
 #include "support/Wait.h"
 #include "support/Wire.h"
 
+#include <QEventLoop>
 #include <QTcpServer>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -22,15 +19,24 @@ namespace {
 
 using hostsim::HostSimulator;
 using test::operator""_w;
+using test::waitFor;
 
+// Answers the session as a window would. A message box is modal: while it is up, the program's
+// event loop runs inside it until the test closes it (`whileBoxOpen` returns true).
 struct ScriptedSessionUi : SessionUi {
     std::vector<std::string> messages;
     std::deque<std::int16_t> answers;
+    std::function<bool()> whileBoxOpen; // the box closes once this holds
     QString caption;
     std::uint32_t colour = 0;
     int tableChanges = 0, disconnects = 0, ftpRefusals = 0, logOffs = 0;
 
-    void showMessage(const std::string& text) override { messages.push_back(text); }
+    void showMessage(const std::string& text) override
+    {
+        messages.push_back(text);
+        if (whileBoxOpen)
+            waitFor(std::exchange(whileBoxOpen, {}));
+    }
     std::int16_t askYesNo(const std::string& text) override
     {
         messages.push_back(text);
@@ -60,43 +66,36 @@ quint16 closedPort()
 
 class Session : public ::testing::Test {
 public:
-    test::ScratchProgramFolder folder;
-    QTemporaryDir registryDir;
-    std::unique_ptr<Registry> registry;
+    std::unique_ptr<test::SimulatedPlant> plant;
     std::unique_ptr<HostConfiguration> config;
+    test::ManualTimers timers;
     ScriptedSessionUi ui;
-    std::unique_ptr<HostSimulator> host;
     std::unique_ptr<HostSession> session;
-    int packetsAtHost = 0;
 
     void SetUp() override { start(); }
-    void TearDown() override { qunsetenv("CORVANE_REGISTRY_DIR"); }
 
     // A fresh host, configuration and session: host 1 is the simulator.
     void start()
     {
         session.reset();
         ui = ScriptedSessionUi{};
-        packetsAtHost = 0;
-        qputenv("CORVANE_REGISTRY_DIR", registryDir.path().toLocal8Bit());
-        registry = openSystemRegistry();
-        config = std::make_unique<HostConfiguration>(*registry);
+        plant.reset(); // its folders leave the environment before the next one's come in
+        plant = std::make_unique<test::SimulatedPlant>();
+        config = std::make_unique<HostConfiguration>(*plant->registry);
         config->load();
-        host = std::make_unique<HostSimulator>();
-        ASSERT_TRUE(host->listen());
-        config->HostIPs[1] = QStringLiteral("127.0.0.1");
-        config->SocketPorts[1] = host->port();
-        QObject::connect(host.get(), &HostSimulator::packetReceived, [this] { ++packetsAtHost; });
-        // A tick of the connect wait is 20 ms, the version wait 200 ms, an idle minute 30 ms.
-        session = std::make_unique<HostSession>(*config, ui, SessionTimings{20, 100, 200, 30});
-        session->tmrIdleLogoff.stop();
+        session = std::make_unique<HostSession>(*config, ui, timers);
     }
+    HostSimulator& host() { return plant->host; }
+    bool settled() { return waitFor([this] { return session->connectState() != ConnectState::Connecting
+                                                   && session->connectState() != ConnectState::AwaitingVersion; }); }
+    bool filled() { return waitFor([this] { return !session->portStatus()[0].WorkstationName.empty(); }); }
 
     void connectAndFill()
     {
         session->Command1_Click(QStringLiteral("127.0.0.1"));
+        ASSERT_TRUE(settled());
         ASSERT_TRUE(session->connected());
-        ASSERT_TRUE(test::waitUntil([this] { return !session->PortStatus[0].WorkstationName.empty(); }));
+        ASSERT_TRUE(filled());
     }
 };
 
@@ -109,64 +108,154 @@ TEST_F(Session, ConnectOutcomes)
         std::string message; // empty: none
         bool connected;
     } const cases[] = {
-        {"undefined host", [](Session& s) { s.config->HostIPs[1] = QStringLiteral("Undefined"); },
-            QStringLiteral("Undefined"), message::undefinedHost(), false},
+        {"undefined host", [](Session& s) { s.session->cboHostName_Click(2); }, QStringLiteral("Undefined"),
+            message::undefinedHost(), false},
         {"no address", [](Session&) {}, QString(), message::noAddress(), false},
-        {"nobody listening", [](Session& s) { s.config->SocketPorts[1] = closedPort(); }, QStringLiteral("127.0.0.1"),
-            message::connectionTimeOut(), false},
-        {"host 4.11 refused", [](Session& s) { s.host->faults.version = "4.11"; }, QStringLiteral("127.0.0.1"),
+        {"host 4.11 refused", [](Session& s) { s.host().faults.version = "4.11"; }, QStringLiteral("127.0.0.1"),
             message::hostTooOld("4.11"), false},
         {"host 4.12 accepted", [](Session&) {}, QStringLiteral("127.0.0.1"), "", true},
-        {"host asks for a newer terminal", [](Session& s) { s.host->faults.minimumRemoteVersion = "1.3"; },
+        {"host asks for a newer terminal", [](Session& s) { s.host().faults.minimumRemoteVersion = "1.3"; },
             QStringLiteral("127.0.0.1"), message::upgradeAdvisory("4.12", "1.3"), true},
-        {"host asks for the same terminal", [](Session& s) { s.host->faults.minimumRemoteVersion = "1.02"; },
+        {"host asks for the same terminal", [](Session& s) { s.host().faults.minimumRemoteVersion = "1.02"; },
             QStringLiteral("127.0.0.1"), "", true},
-        {"host never answers the version", [](Session& s) { s.host->faults.silent = true; },
-            QStringLiteral("127.0.0.1"), message::fetchVersionTimeout(), false},
     };
     for (const auto& c : cases) {
         start();
         c.arrange(*this);
         session->Command1_Click(c.txtIP);
+        ASSERT_TRUE(settled()) << c.name;
         EXPECT_EQ(ui.messages, c.message.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.message})
             << c.name;
         EXPECT_EQ(session->connected(), c.connected) << c.name;
         if (c.connected) {
-            EXPECT_TRUE(test::waitUntil([this] { return ui.caption == QStringLiteral("Connected"); })) << c.name;
-            EXPECT_EQ(ui.colour, ConnectedColour);
-            EXPECT_TRUE(test::waitUntil([this] { return !session->PortStatus[0].WorkstationName.empty(); })) << c.name;
+            EXPECT_EQ(session->connectState(), ConnectState::Connected) << c.name;
+            EXPECT_TRUE(filled()) << c.name;
+            // The connection timer's next tick starts the status polling, whose tick turns the label green.
+            timers.fire("tmrConnectionTimeout");
+            EXPECT_EQ(timers["tmrSocketStatus"].interval(), 1);
+            timers.fire("tmrSocketStatus");
+            EXPECT_EQ(ui.caption, QStringLiteral("Connected")) << c.name;
+            EXPECT_EQ(timers["tmrSocketStatus"].interval(), 3000);
             session->Command1_Click(QStringLiteral("127.0.0.1"));
             EXPECT_EQ(ui.messages.back(), message::alreadyConnected()) << c.name;
-        } else if (!c.message.empty() && c.message != message::undefinedHost() && c.message != message::noAddress()) {
+        } else if (c.message == message::hostTooOld("4.11")) {
             EXPECT_EQ(ui.caption, QStringLiteral("Idle")) << c.name;
             EXPECT_EQ(ui.colour, IdleColour) << c.name;
+        } else {
+            EXPECT_TRUE(plant->received.empty()) << c.name << ": a refused connect sends nothing";
         }
+    }
+}
+
+TEST_F(Session, TheConnectWaitGivesUpOnItsFourteenthTick)
+{
+    config->SocketPorts[1] = closedPort();
+    session->Command1_Click(QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(ui.caption, QStringLiteral("Connecting..."));
+    timers.fire("tmrConnectionTimeout", 13);
+    EXPECT_TRUE(ui.messages.empty());
+    EXPECT_EQ(session->connectState(), ConnectState::Connecting);
+    timers.fire("tmrConnectionTimeout");
+    EXPECT_EQ(ui.messages, std::vector<std::string>{message::connectionTimeOut()});
+    EXPECT_EQ(session->connectState(), ConnectState::Idle);
+    EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
+    EXPECT_FALSE(timers["tmrConnectionTimeout"].isActive());
+}
+
+TEST_F(Session, AHostThatNeverAnswersTheVersionTimesOut)
+{
+    host().faults.silent = true;
+    session->Command1_Click(QStringLiteral("127.0.0.1"));
+    ASSERT_TRUE(waitFor([this] { return session->connectState() == ConnectState::AwaitingVersion; }));
+    ASSERT_TRUE(waitFor([this] { return plant->receivedOfType(packet_type::VersionRequest) == 1; }));
+    timers.fire("tmrPacketTimeOut");
+    EXPECT_EQ(ui.messages, std::vector<std::string>{message::fetchVersionTimeout()});
+    EXPECT_EQ(session->connectState(), ConnectState::Idle);
+    EXPECT_FALSE(session->connected());
+    EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
+}
+
+// A box opened while one arrival is dispatched holds up nothing: the version reply and the
+// status reply that come while "No Packet String" is up are taken in, each on its own, and the
+// connect completes underneath the box.
+TEST_F(Session, ArrivalsGoOnWhileABoxIsOpen)
+{
+    host().faults.noPacketTextOnConnect = true;
+    bool filledUnderTheBox = false;
+    ui.whileBoxOpen = [&] {
+        filledUnderTheBox = !session->portStatus()[0].WorkstationName.empty();
+        return filledUnderTheBox;
+    };
+    session->Command1_Click(QStringLiteral("127.0.0.1"));
+    ASSERT_TRUE(settled());
+    ASSERT_TRUE(filled());
+    EXPECT_TRUE(filledUnderTheBox);
+    EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::NoPacketString)});
+    EXPECT_EQ(session->connectState(), ConnectState::Connected);
+    // Each packet came on its own: none was swallowed into another, so none was unknown.
+    EXPECT_EQ(plant->folder.read("PacketError-Current.log").find("Unknown packet."), std::string::npos);
+}
+
+TEST_F(Session, TheSectionFieldIsReadFromEveryPacketButAnAcknowledgement)
+{
+    connectAndFill();
+    std::filesystem::remove(plant->folder.file("error.log"));
+    std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
+    struct Case {
+        const char* name;
+        std::string chunk;
+        std::string errorLog; // the trap's line, if any
+        std::size_t packetLogLines;
+        bool routed; // row 0 took the new machine name
+    } const cases[] = {
+        {"no SECTION= is still routed, after its log line",
+            "<SOH>PKT_TYPE=120<STX>WorkstationName=A<STX>FileName=<STX>DNC_ID=<STX>Status=<STX>ByteCount=<STX><EOT>"_w,
+            "", 1, true},
+        {"a SECTION= beyond 16 bits drops the packet into the trap",
+            "<SOH>PKT_TYPE=120<STX>SECTION=99999<STX>WorkstationName=B<STX><EOT>"_w, "Err = 6 ", 0, false},
+        {"text with no type is read for SECTION= too", "<SOH>hello<EOT>"_w, "Err = 5 ", 3, false},
+        {"an acknowledgement is not", "<SOH>ACK<EOT>"_w, "", 1, false},
+    };
+    for (const auto& c : cases) {
+        const std::string before = session->portStatus()[0].WorkstationName;
+        session->Process_Received_Socket_Packet(c.chunk);
+        const std::string errors = plant->folder.exists("error.log") ? plant->folder.read("error.log") : "";
+        if (c.errorLog.empty())
+            EXPECT_EQ(errors, "") << c.name;
+        else
+            EXPECT_NE(errors.find("Error Location 155 " + c.errorLog), std::string::npos) << c.name << ": " << errors;
+        const auto lines = plant->folder.exists("PacketError-Current.log")
+            ? plant->folder.lines("PacketError-Current.log")
+            : std::vector<std::string>{};
+        EXPECT_EQ(lines.size(), c.packetLogLines) << c.name;
+        EXPECT_EQ(session->portStatus()[0].WorkstationName != before, c.routed) << c.name;
+        std::filesystem::remove(plant->folder.file("error.log"));
+        std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
     }
 }
 
 TEST_F(Session, AShortStatusReplyUpdatesItsRowsOnly)
 {
     connectAndFill();
-    const PortStatusRecord third = session->PortStatus[2];
+    const PortStatusRecord third = session->portStatus()[2];
     const int before = ui.tableChanges;
-    host->sendRaw(hostsim::statusReply({{"NEW 1", "A.NC", "Idle", "1", "9"}, {"NEW 2", "B.NC", "Idle", "2", "8"}}));
-    ASSERT_TRUE(test::waitUntil([this] { return session->PortStatus[0].WorkstationName == "NEW 1"; }));
-    EXPECT_EQ(session->PortStatus[1].WorkstationName, "NEW 2");
-    EXPECT_EQ(session->PortStatus[2], third);
+    host().sendRaw(hostsim::statusReply({{"NEW 1", "A.NC", "Idle", "1", "9"}, {"NEW 2", "B.NC", "Idle", "2", "8"}}));
+    ASSERT_TRUE(waitFor([this] { return session->portStatus()[0].WorkstationName == "NEW 1"; }));
+    EXPECT_EQ(session->portStatus()[1].WorkstationName, "NEW 2");
+    EXPECT_EQ(session->portStatus()[2], third);
     EXPECT_GT(ui.tableChanges, before);
     // The piece after the last record holds no fields: the dispatch's trap writes it down.
-    EXPECT_NE(folder.read("error.log").find("Error Location 155 Err = 5 "), std::string::npos);
+    EXPECT_NE(plant->folder.read("error.log").find("Error Location 155 Err = 5 "), std::string::npos);
 }
 
 TEST_F(Session, UnknownTypesAreLoggedAndKnownOnesAreNot)
 {
     connectAndFill();
-    std::filesystem::remove(folder.file("PacketError-Current.log"));
-    host->sendRaw("<SOH>PKT_TYPE=220<STX>SECTION=0<STX><EOT>"_w);
-    host->sendRaw("<SOH>PKT_TYPE=301<STX>SECTION=0<STX><EOT>"_w);
-    host->sendRaw("<SOH>PKT_TYPE=555<STX>SECTION=0<STX><EOT>"_w);
-    ASSERT_TRUE(test::waitUntil([this] { return folder.exists("PacketError-Current.log"); }));
-    const auto lines = folder.lines("PacketError-Current.log");
+    std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
+    for (const char* packet : {"<SOH>PKT_TYPE=220<STX>SECTION=0<STX><EOT>", "<SOH>PKT_TYPE=301<STX>SECTION=0<STX><EOT>",
+             "<SOH>PKT_TYPE=555<STX>SECTION=0<STX><EOT>"})
+        session->Process_Received_Socket_Packet(test::wire(packet));
+    const auto lines = plant->folder.lines("PacketError-Current.log");
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_TRUE(lines[0].starts_with("Packet Error Location 501 Unknown packet. "));
 }
@@ -174,29 +263,28 @@ TEST_F(Session, UnknownTypesAreLoggedAndKnownOnesAreNot)
 TEST_F(Session, CommandsOnFtpPortsAndThePurgeQuestion)
 {
     connectAndFill();
-    session->SelectedPortRow = 24; // CELL A FTP
-    const int sent = packetsAtHost;
+    session->rowChanged(24); // CELL A FTP
     session->cmdPurgeAndReset_Click();
     EXPECT_FALSE(session->cmdCommParms_Click([] { return true; }));
     EXPECT_EQ(ui.ftpRefusals, 2);
 
-    session->SelectedPortRow = 0;
+    session->rowChanged(0);
     ui.answers = {7}; // No
     session->cmdPurgeAndReset_Click();
     EXPECT_EQ(ui.messages.back(), message::purgeQuestion());
-    test::waitUntil([] { return false; }, 100);
-    EXPECT_EQ(packetsAtHost, sent) << "nothing goes out on No or to an FTP port";
-
     ui.answers = {6}; // Yes
     session->cmdPurgeAndReset_Click();
-    ASSERT_TRUE(test::waitUntil([&] { return packetsAtHost == sent + 1; }));
     session->cmdRefresh_Click();
-    ASSERT_TRUE(test::waitUntil([this] { return session->PortStatus[0].Status == "Idle"; }));
-    EXPECT_EQ(session->PortStatus[0].ByteCount, "0");
+    ASSERT_TRUE(waitFor([this] { return session->portStatus()[0].Status == "Idle"; }));
+    EXPECT_EQ(session->portStatus()[0].ByteCount, "0");
+    // In order, the host got: version, status, then the one purge, for row 0, and the refresh.
+    ASSERT_EQ(plant->received.size(), 4u);
+    EXPECT_EQ(plant->received[2], Build_Purge_Reset_Request(0).substr(1));
+    EXPECT_EQ(plant->received[3], Build_Status_Request().substr(1));
 
     EXPECT_FALSE(session->cmdCommParms_Click([] { return false; }));
     EXPECT_TRUE(session->cmdCommParms_Click([] { return true; }));
-    EXPECT_EQ(session->SelectedPortIndex, 0);
+    EXPECT_EQ(session->selectedPortIndex(), 0);
 }
 
 TEST_F(Session, CommandsWithoutAConnection)
@@ -205,30 +293,30 @@ TEST_F(Session, CommandsWithoutAConnection)
     session->cmdPurgeAndReset_Click();
     EXPECT_FALSE(session->cmdCommParms_Click([] { return true; }));
     EXPECT_EQ(ui.messages, std::vector<std::string>(3, message::noSocketConnection()));
-    EXPECT_EQ(packetsAtHost, 0);
+    EXPECT_TRUE(plant->received.empty());
 }
 
-TEST_F(Session, IdleLogOffComesAfterTheLimitAndNeverWithZero)
+TEST_F(Session, IdleLogOffComesOnTheTickAfterTheLimitAndNeverWithZero)
 {
-    for (std::int16_t limit : {std::int16_t{0}, std::int16_t{1}}) {
+    for (std::int16_t limit : {std::int16_t{0}, std::int16_t{1}, std::int16_t{3}}) {
+        start();
         config->IdleMinutes = limit;
         connectAndFill();
         ui.messages.clear();
-        session->IdleMinuteCount = 0;
-        session->tmrIdleLogoff.start();
+        session->cmdRefresh_Click(); // the last command
+        timers.fire("tmrIdleLogoff", limit);
+        EXPECT_EQ(ui.logOffs, 0) << limit;
+        timers.fire("tmrIdleLogoff");
         if (limit == 0) {
-            EXPECT_FALSE(test::waitUntil([this] { return ui.logOffs > 0; }, 300));
-            EXPECT_GT(session->IdleMinuteCount, 3) << "the count runs on";
+            EXPECT_EQ(ui.logOffs, 0);
+            EXPECT_EQ(session->idleMinuteCount(), 1) << "the count runs on";
             EXPECT_TRUE(session->connected());
-            session->cmdDisconnect_Click();
-            session->tmrIdleLogoff.stop();
-        } else {
-            ASSERT_TRUE(test::waitUntil([this] { return ui.logOffs > 0; }));
-            EXPECT_EQ(session->IdleMinuteCount, 2) << "on the second tick after the last command";
-            EXPECT_EQ(ui.messages, std::vector<std::string>{message::idleLogOff(1)});
-            EXPECT_FALSE(session->connected());
-            EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
+            continue;
         }
+        EXPECT_EQ(ui.logOffs, 1) << limit;
+        EXPECT_EQ(ui.messages, std::vector<std::string>{message::idleLogOff(limit)});
+        EXPECT_FALSE(session->connected());
+        EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
     }
 }
 
@@ -239,44 +327,67 @@ TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
     EXPECT_FALSE(session->connected());
     EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
     EXPECT_EQ(ui.disconnects, 1);
-    EXPECT_EQ(session->PortStatus.size(), 128u);
-    EXPECT_EQ(session->PortStatus[0], PortStatusRecord{});
+    EXPECT_EQ(session->portStatus().size(), 128u);
+    EXPECT_EQ(session->portStatus()[0], PortStatusRecord{});
 
-    ASSERT_TRUE(test::waitUntil([this] { return !host->hasTerminal(); }));
+    ASSERT_TRUE(waitFor([this] { return !host().hasTerminal(); }));
     connectAndFill();
-    host->faults.closeAfterPackets = 1; // the host goes away under the terminal
-    // The socket status polling starts on the connection timer's first tick after the connect.
-    ASSERT_TRUE(test::waitUntil([this] { return ui.caption == QStringLiteral("Connected"); }));
+    timers.fire("tmrConnectionTimeout"); // starts the status polling
+    host().faults.closeAfterPackets = 1; // the host goes away under the terminal
     session->cmdRefresh_Click();
-    ASSERT_TRUE(test::waitUntil([this] { return ui.caption == QStringLiteral("Idle"); }));
-    EXPECT_FALSE(session->connected());
+    ASSERT_TRUE(waitFor([this] { return !host().hasTerminal(); }));
+    ASSERT_TRUE(waitFor([this] { return !session->connected(); }));
+    timers.fire("tmrSocketStatus");
+    EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
+    EXPECT_EQ(session->connectState(), ConnectState::Idle);
 }
 
-TEST(HostConfigurationStore, AnEmptyRegistryGivesTheDefaults)
+TEST_F(Session, ACancelledWaitLeavesLaterWaitsAlone)
 {
-    QTemporaryDir dir;
-    qputenv("CORVANE_REGISTRY_DIR", dir.path().toLocal8Bit());
-    auto registry = openSystemRegistry();
-    HostConfiguration config(*registry);
-    EXPECT_EQ(config.load(), 1);
-    for (int n = 1; n <= 5; ++n) {
-        EXPECT_EQ(config.HostNames[static_cast<std::size_t>(n)], QStringLiteral("Host %1").arg(n));
-        EXPECT_EQ(config.HostIPs[static_cast<std::size_t>(n)], QString());
-        EXPECT_EQ(config.SocketPorts[static_cast<std::size_t>(n)], 49139 + n);
-    }
-    EXPECT_EQ(config.IdleMinutes, 5);
+    bool flag = false;
+    QMetaObject::invokeMethod(session.get(), [this] { session->cancelWaits(); }, Qt::QueuedConnection);
+    EXPECT_FALSE(session->waitUntil([&] { return flag; }));
+    // A later wait runs until what it waits for holds: the idle tick wakes it to look again.
+    QMetaObject::invokeMethod(
+        session.get(),
+        [&] {
+            flag = true;
+            timers.fire("tmrIdleLogoff");
+        },
+        Qt::QueuedConnection);
+    EXPECT_TRUE(session->waitUntil([&] { return flag; }));
+}
 
+TEST(HostConfigurationStore, DefaultsStandInForWhatIsMissingAndStoredValuesAreUsedAsStored)
+{
+    test::SimulatedPlant plant;
+    const QString idle = QStringLiteral("Idle Minutes");
+    struct Case {
+        QString stored;
+        std::int16_t idleMinutes;
+    } const cases[] = {
+        {QString(), 5}, {QStringLiteral("0"), 0}, {QStringLiteral("75"), 75}, {QStringLiteral("-3"), -3},
+        {QStringLiteral("abc"), 5}, {QStringLiteral("70000"), 5}, // a read error: the default
+    };
+    for (const auto& c : cases) {
+        plant.registry->writeText(Hive::Machine, ConfigurationKey, idle, c.stored);
+        HostConfiguration config(*plant.registry);
+        config.load();
+        EXPECT_EQ(config.IdleMinutes, c.idleMinutes) << c.stored.toStdString();
+    }
+
+    HostConfiguration config(*plant.registry);
+    EXPECT_EQ(config.load(), 1);
+    EXPECT_EQ(config.HostNames[3], QStringLiteral("Host 3"));
+    EXPECT_EQ(config.SocketPorts[5], 49144);
     config.HostNames[2] = QStringLiteral("Bay 2");
     config.SocketPorts[2] = 5000;
-    config.IdleMinutes = 0;
     ASSERT_TRUE(config.save());
     config.Save_LastHostIPIndex(2);
-    HostConfiguration again(*registry);
+    HostConfiguration again(*plant.registry);
     EXPECT_EQ(again.load(), 2);
     EXPECT_EQ(again.HostNames[2], QStringLiteral("Bay 2"));
     EXPECT_EQ(again.SocketPorts[2], 5000);
-    EXPECT_EQ(again.IdleMinutes, 0);
-    qunsetenv("CORVANE_REGISTRY_DIR");
 }
 
 } // namespace

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "dialogs/MessageBoxes.h"
+#include "support/Wait.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QTimer>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -26,6 +25,7 @@ struct ScriptedBoxes final : MessageBoxes {
     };
     std::vector<Call> calls;
     std::deque<std::int16_t> answers;
+    std::vector<int> untrappedErrors;
 
     std::int16_t MsgBox(const std::string& text, std::int16_t style, const std::string& title) override
     {
@@ -41,31 +41,21 @@ struct ScriptedBoxes final : MessageBoxes {
         answers.pop_front();
         return a;
     }
+
+    void untrappedError(int number) override { untrappedErrors.push_back(number); }
 };
 
 // Calls `answer` with the next modal dialog of type T once it is up. Should none come within
 // the time limit, whatever modal dialog is up is closed, so that a test fails instead of hanging.
 template <typename T> void whenModal(std::function<void(T&)> answer, int limitMs = 5000)
 {
-    auto* timer = new QTimer;
-    auto* clock = new QElapsedTimer;
-    clock->start();
-    QObject::connect(timer, &QTimer::timeout, [timer, clock, answer, limitMs] {
-        if (auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget())) {
-            timer->stop();
-            timer->deleteLater();
-            delete clock;
-            answer(*dialog);
-        } else if (clock->elapsed() > limitMs) {
+    whenReady([] { return qobject_cast<T*>(QApplication::activeModalWidget()); }, answer,
+        [] {
             ADD_FAILURE() << "no " << T::staticMetaObject.className() << " came up";
-            timer->stop();
-            timer->deleteLater();
-            delete clock;
             if (QWidget* stray = QApplication::activeModalWidget())
                 stray->close();
-        }
-    });
-    timer->start(5);
+        },
+        limitMs);
 }
 
 // A child widget by its control name; the test fails when the form has no such control.

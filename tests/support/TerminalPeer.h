@@ -1,10 +1,9 @@
 #pragma once
 
 #include "protocol/Framing.h"
+#include "support/Wait.h"
 
-#include <QEventLoop>
 #include <QTcpSocket>
-#include <QTimer>
 
 #include <deque>
 #include <functional>
@@ -13,9 +12,8 @@
 
 namespace corvane::test {
 
-// A bare terminal for talking to a host: sends requests, gathers what comes back with the
-// terminal's own PacketReceiver, and waits in a nested event loop that socket signals or a
-// timer end, never spinning.
+// A bare terminal for talking to a host: sends requests and gathers what comes back with the
+// terminal's own PacketReceiver.
 class TerminalPeer {
 public:
     TerminalPeer()
@@ -60,32 +58,6 @@ public:
     bool waitForDisconnect(int limitMs = 3000)
     {
         return waitFor([this] { return socket.state() == QAbstractSocket::UnconnectedState; }, limitMs);
-    }
-
-    // Runs the event loop until `done` holds or the limit passes; woken by the socket's signals
-    // and, when given, by a signal of another object (the host's, say).
-    bool waitFor(const std::function<bool()>& done, int limitMs)
-    {
-        return waitFor(done, limitMs, &socket, &QTcpSocket::readyRead);
-    }
-
-    template <typename Sender, typename Signal>
-    bool waitFor(const std::function<bool()>& done, int limitMs, const Sender* sender, Signal signal)
-    {
-        QEventLoop loop;
-        QTimer limit;
-        limit.setSingleShot(true);
-        QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-        const auto wake = [&loop] { loop.quit(); };
-        const auto c1 = QObject::connect(&socket, &QTcpSocket::readyRead, &loop, wake);
-        const auto c2 = QObject::connect(&socket, &QTcpSocket::stateChanged, &loop, wake);
-        const auto c3 = QObject::connect(sender, signal, &loop, wake);
-        limit.start(limitMs);
-        while (!done() && limit.isActive())
-            loop.exec();
-        for (const auto& c : {c1, c2, c3})
-            QObject::disconnect(c);
-        return done();
     }
 
     QTcpSocket socket;

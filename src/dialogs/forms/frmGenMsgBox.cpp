@@ -3,6 +3,7 @@
 #include "ui_frmGenMsgBox.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QOperatingSystemVersion>
 #include <QPushButton>
 #include <QStyle>
@@ -86,6 +87,10 @@ frmGenMsgBox::frmGenMsgBox(const QString& text, std::int16_t style, const QStrin
         label->setPixmap(olderGenerationStyle()->standardIcon(pixmapOf(value)).pixmap(32, 32));
         label->setVisible(!newer && value == icon);
     }
+
+    // The text wraps within its 4500 twips; the box itself is as wide as its caption needs.
+    ui->layForm->addSpacerItem(
+        new QSpacerItem(captionWidth(title, fontMetrics()), 0, QSizePolicy::Fixed, QSizePolicy::Fixed));
 }
 
 frmGenMsgBox::~frmGenMsgBox() = default;
@@ -98,6 +103,11 @@ void frmGenMsgBox::showEvent(QShowEvent* event)
         buttons_[static_cast<std::size_t>(defaultButton_)]->setDefault(true);
         buttons_[static_cast<std::size_t>(defaultButton_)]->setFocus();
     }
+}
+
+int captionWidth(const QString& caption, const QFontMetrics& metrics)
+{
+    return metrics.horizontalAdvance(caption) + 8 * metrics.height();
 }
 
 double systemVersion()

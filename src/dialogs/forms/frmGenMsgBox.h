@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+class QFontMetrics;
 class QPushButton;
 
 namespace Ui {
@@ -42,5 +43,9 @@ private:
 
 // The version of the running system as major.minor (the kernel's outside Windows), read once.
 double systemVersion();
+
+// The width a box needs for its title bar to show `caption` whole: the text, the window's icon
+// and its close button.
+int captionWidth(const QString& caption, const QFontMetrics& metrics);
 
 } // namespace corvane

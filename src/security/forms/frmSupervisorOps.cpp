@@ -30,7 +30,7 @@ frmSupervisorOps::frmSupervisorOps(UserStore& store, const RightsList& rights, M
     checks_ = std::make_unique<RightsChecks>(rights, ui->pic2Rights, ui->chkRights_0, ui->vscrRights);
 
     connect(ui->lstUserList, &QListWidget::currentItemChanged, this,
-        [this](QListWidgetItem* item) { guarded([&] { userSelected(item); }); });
+        [this](QListWidgetItem* item) { guarded(boxes_, [&] { userSelected(item); }); });
     for (std::int16_t i = 0; i < store.count(); ++i) {
         const UserEntry& user = store.users[static_cast<std::size_t>(i)];
         if (user.UserName.empty())
@@ -41,9 +41,9 @@ frmSupervisorOps::frmSupervisorOps(UserStore& store, const RightsList& rights, M
             ui->lstUserList->setCurrentItem(item);
     }
 
-    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded([this] { addUser(); }); });
-    connect(ui->cmdButton_1, &QPushButton::clicked, this, [this] { guarded([this] { modifyUser(); }); });
-    connect(ui->cmdButton_2, &QPushButton::clicked, this, [this] { guarded([this] { deleteUser(); }); });
+    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { addUser(); }); });
+    connect(ui->cmdButton_1, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { modifyUser(); }); });
+    connect(ui->cmdButton_2, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { deleteUser(); }); });
     connect(ui->cmdButton_3, &QPushButton::clicked, this, &QDialog::accept);
 }
 

@@ -46,7 +46,7 @@ frmUserInfo::frmUserInfo(
     connect(ui->txtPassword, &QLineEdit::textEdited, this, &frmUserInfo::somethingChanged);
     for (QCheckBox* box : checks_->boxes())
         connect(box, &QCheckBox::clicked, this, &frmUserInfo::somethingChanged);
-    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded([this] { pressOk(); }); });
+    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { pressOk(); }); });
     connect(ui->cmdButton_1, &QPushButton::clicked, this, &QDialog::reject);
 }
 

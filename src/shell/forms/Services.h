@@ -1,19 +1,17 @@
 #pragma once
 
-#include "shell/HostSession.h"
-
 namespace corvane {
 
 class MessageBoxes;
 class Registry;
+class TimerSource;
 
 // What the windows are given rather than reach for: the registry, the place every message box
-// goes through, and the timers' intervals (shortened by tests).
+// goes through, and the clock behind the program's timers.
 struct Services {
     Registry& registry;
     MessageBoxes& boxes;
-    SessionTimings timings{};
-    int startupDelayMs = 2500; // tmrStartup
+    TimerSource& timers;
 };
 
 } // namespace corvane

@@ -1,14 +1,12 @@
 #include "shell/forms/frmCVRemote.h"
 
-#include "commparms/PortParms.h"
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/UntrappedError.h"
-#include "protocol/Framing.h"
+#include "platform/InstalledPrinters.h"
+#include "platform/Latin1.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmSupervisorOps.h"
-#include "platform/InstalledPrinters.h"
-#include "platform/Latin1.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/GridRules.h"
 #include "shell/SessionMessages.h"
@@ -19,7 +17,12 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QHeaderView>
+#include <QScreen>
 #include <QScrollBar>
+#include <QStyleOptionFrame>
+
+#include <algorithm>
 
 namespace corvane {
 namespace {
@@ -37,6 +40,17 @@ void setBackground(QWidget* widget, const QColor& colour)
     widget->setPalette(palette);
 }
 
+// The width a line edit needs to show `sample` whole, frame and margins included.
+int lineEditWidthFor(const QLineEdit& field, const QString& sample)
+{
+    QStyleOptionFrame option;
+    option.initFrom(&field);
+    option.lineWidth = field.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, &field);
+    const QMargins text = field.textMargins();
+    const int contents = field.fontMetrics().horizontalAdvance(sample) + text.left() + text.right() + 4;
+    return field.style()->sizeFromContents(QStyle::CT_LineEdit, &option, QSize(contents, 1), &field).width();
+}
+
 } // namespace
 
 frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
@@ -45,28 +59,18 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
     , services_(services)
     , config_(services.registry)
     , prompts_(store_, login_, services.boxes, this)
-    , session_(config_, *this, services.timings)
-    , model_(session_.PortStatus)
+    , session_(config_, *this, services.timers)
+    , model_(session_.portStatus())
 {
     ui->setupUi(this);
     setBackground(ui->lblSocketStatus, fromBgr(StartColour));
-
-    // Load: the status label, the counters, the grid, the tables, the hosts.
-    showSocketStatus(QStringLiteral("Idle"), IdleColour);
-    session_.IdleMinuteCount = 0;
-    receiveState().reset();
     ui->tgMainScreen->setModel(&model_);
+    layOut();
+
+    // Load: the status label, the grid, the tables, the hosts.
+    showSocketStatus(QStringLiteral("Idle"), IdleColour);
     ui->tgMainScreen->scrollToTop();
-    ui->tgMainScreen->setColumnWidth(PortColumn, 48);
-    ui->tgMainScreen->setColumnWidth(MachineColumn, 150);
-    ui->tgMainScreen->setColumnWidth(ProgramColumn, 140);
-    ui->tgMainScreen->setColumnWidth(IdColumn, 60);
-    ui->tgMainScreen->setColumnWidth(StatusColumn, 140);
-    session_.clearPortStatus();
-    session_.MachineTypes.clear();
-    session_.MachineTypeCount = 0;
-    portParmsTables().PrinterNames = installedPrinterNames();
-    portParmsTables().resize();
+    session_.parmsTables().PrinterNames = installedPrinterNames();
     const int lastHost = config_.load();
     Populate_Host();
     selectHost(lastHost);
@@ -79,14 +83,15 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
             showMessage(message::alreadyConnectedDropDown());
     });
     connect(ui->Command1, &QPushButton::clicked, this,
-        [this] { guarded([this] { session_.Command1_Click(ui->txtIP->text()); }); });
+        [this] { guardedCommand([this] { session_.Command1_Click(ui->txtIP->text()); }); });
     connect(ui->cmdDisconnect, &QPushButton::clicked, this,
-        [this] { guarded([this] { session_.cmdDisconnect_Click(); }); });
-    connect(ui->cmdRefresh, &QPushButton::clicked, this, [this] { guarded([this] { session_.cmdRefresh_Click(); }); });
+        [this] { guardedCommand([this] { session_.cmdDisconnect_Click(); }); });
+    connect(ui->cmdRefresh, &QPushButton::clicked, this,
+        [this] { guardedCommand([this] { session_.cmdRefresh_Click(); }); });
     connect(ui->cmdPurgeAndReset, &QPushButton::clicked, this,
-        [this] { guarded([this] { session_.cmdPurgeAndReset_Click(); }); });
+        [this] { guardedCommand([this] { session_.cmdPurgeAndReset_Click(); }); });
     connect(ui->cmdCommParms, &QPushButton::clicked, this, [this] {
-        guarded([this] {
+        guardedCommand([this] {
             // The parameter editor opens here once it exists; until then the check is all.
             session_.cmdCommParms_Click(
                 [this] { return Check_Access(store_, CommParmsRight, TrueValue, prompts_) != 0; });
@@ -95,16 +100,16 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
     connect(ui->cmdSetBook, &QPushButton::clicked, this, [this] { formBookmark_ = currentBookmark_; });
     connect(ui->cmdGetBook, &QPushButton::clicked, this, [this] { setCurrentRow(formBookmark_); });
 
-    connect(ui->mnuConfiguration, &QAction::triggered, this, [this] { guarded([this] { openConfiguration(); }); });
+    connect(ui->mnuConfiguration, &QAction::triggered, this, [this] { guardedCommand([this] { openConfiguration(); }); });
     connect(ui->mnuSetupUsers, &QAction::triggered, this, [this] {
-        guarded([this] {
+        guardedCommand([this] {
             frmSupervisorOps form(store_, rights_, services_.boxes, this);
             form.exec();
         });
     });
-    connect(ui->mnuChangeUser, &QAction::triggered, this, [this] { guarded([this] { changeUser(); }); });
+    connect(ui->mnuChangeUser, &QAction::triggered, this, [this] { guardedCommand([this] { changeUser(); }); });
     connect(ui->mnuHelpContents, &QAction::triggered, this,
-        [this] { showMessage("Please refer to the Communications Parameters Help in Corvane."); });
+        [this] { showMessage(std::string(message::HelpContents)); });
     connect(ui->mnuAbout, &QAction::triggered, this, [this] {
         AboutDlg about(this);
         about.exec();
@@ -112,6 +117,34 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
 }
 
 frmCVRemote::~frmCVRemote() = default;
+
+// A useful share of the 128 rows at first sight; the extra width goes to the columns that hold
+// words (machine, program, status), not to the byte count.
+void frmCVRemote::layOut()
+{
+    QHeaderView* header = ui->tgMainScreen->horizontalHeader();
+    header->setStretchLastSection(false);
+    for (const int column : {MachineColumn, ProgramColumn, StatusColumn})
+        header->setSectionResizeMode(column, QHeaderView::Stretch);
+    header->setSectionResizeMode(PortColumn, QHeaderView::ResizeToContents);
+    ui->tgMainScreen->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    ui->tgMainScreen->setColumnWidth(IdColumn, 70);
+    ui->tgMainScreen->setColumnWidth(ByteCountColumn, 100);
+    ui->txtSocketPort->setMinimumWidth(lineEditWidthFor(*ui->txtSocketPort, QStringLiteral("00000")));
+    // The note keeps its line while hidden, so the grid does not jump when it appears.
+    QSizePolicy note = ui->NotFTP->sizePolicy();
+    note.setRetainSizeWhenHidden(true);
+    ui->NotFTP->setSizePolicy(note);
+
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect available = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
+    resize(std::min(available.width(), 1000), std::max(std::min(available.height(), 600), available.height() * 5 / 6));
+}
+
+template <typename Body> void frmCVRemote::guardedCommand(Body&& body)
+{
+    guarded(services_.boxes, std::forward<Body>(body));
+}
 
 std::string frmCVRemote::title() const
 {
@@ -125,24 +158,49 @@ void frmCVRemote::Populate_Host()
         ui->cboHostName->addItem(config_.HostNames[static_cast<std::size_t>(n)]);
 }
 
-void frmCVRemote::selectHost(int n)
+bool frmCVRemote::selectHost(int n)
 {
     if (n < 1 || n > HostCount)
-        return;
-    session_.HostIndex = static_cast<std::int16_t>(n);
+        return false;
+    session_.cboHostName_Click(n);
     ui->cboHostName->setCurrentIndex(n - 1);
     ui->txtIP->setText(config_.HostIPs[static_cast<std::size_t>(n)]);
     ui->txtSocketPort->setText(QString::number(config_.SocketPorts[static_cast<std::size_t>(n)]));
+    return true;
 }
 
 bool frmCVRemote::event(QEvent* event)
 {
-    if (event->type() == QEvent::WindowActivate && !activating_ && !ended_) {
-        activating_ = true;
-        guarded([this] { activate(); });
-        activating_ = false;
-    }
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
     return QMainWindow::event(event);
+}
+
+// Without a window manager the window may never be activated; its first showing then counts
+// as the first activation, so that the user store is read and the log-in runs all the same.
+void frmCVRemote::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (firstActivation_)
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (firstActivation_)
+                    Form_Activate();
+            },
+            Qt::QueuedConnection);
+}
+
+void frmCVRemote::Form_Activate()
+{
+    if (activating_ || ended_)
+        return;
+    activating_ = true;
+    const bool first = firstActivation_;
+    guardedCommand([this] { activate(); });
+    activating_ = false;
+    if (first && !firstActivation_ && !ended_)
+        Q_EMIT loggedIn();
 }
 
 // Every activation reads the user store and the rights anew; the first also logs in.
@@ -151,7 +209,7 @@ void frmCVRemote::activate()
     ui->lblVersion->setText(QStringLiteral("Version: ") + QString::fromLatin1(clientVersionText().c_str()));
     if (loadUserStore(store_) != StoreLoad::Loaded || store_.users.empty()) {
         services_.boxes.MsgBox(message::accessDenied(), msg::Critical, std::string(message::AccessDeniedTitle));
-        endProgram(1);
+        endProgram(EXIT_FAILURE);
         return;
     }
     Load_Rights_List(rights_, "CVREMOTE");
@@ -162,24 +220,29 @@ void frmCVRemote::activate()
     }
 }
 
-void frmCVRemote::endProgram(int code)
+// Ends at once, writing nothing: the window goes and main is told.
+void frmCVRemote::endProgram(int exitStatus)
 {
-    ended_ = code;
+    ended_ = exitStatus;
     session_.cancelWaits();
     session_.closeSocket();
     hide();
-    QCoreApplication::exit(code);
+    Q_EMIT programEnded(exitStatus);
 }
 
+// The unload: the last user and host are written and the program ends.
 void frmCVRemote::closeEvent(QCloseEvent* event)
 {
     session_.closeSocket();
     session_.cancelWaits();
-    if (!ended_ && store_.CurrentUser >= 0 && store_.CurrentUser < store_.count())
-        Save_Last_User(services_.registry, store_.users[static_cast<std::size_t>(store_.CurrentUser)].UserName);
-    if (!ended_)
-        config_.Save_LastHostIPIndex(session_.HostIndex);
     event->accept();
+    if (ended_)
+        return;
+    if (store_.CurrentUser >= 0 && store_.CurrentUser < store_.count())
+        Save_Last_User(services_.registry, store_.users[static_cast<std::size_t>(store_.CurrentUser)].UserName);
+    config_.Save_LastHostIPIndex(session_.hostIndex());
+    ended_ = EXIT_SUCCESS;
+    Q_EMIT programEnded(EXIT_SUCCESS);
 }
 
 void frmCVRemote::showSetupUsers()
@@ -195,7 +258,7 @@ void frmCVRemote::openConfiguration()
     form.exec();
     // The picker shows the names as they now are.
     Populate_Host();
-    selectHost(session_.HostIndex);
+    selectHost(session_.hostIndex());
 }
 
 void frmCVRemote::changeUser()
@@ -213,7 +276,7 @@ void frmCVRemote::changeUser()
 void frmCVRemote::rowChanged(int row)
 {
     currentBookmark_ = rowBookmark(row);
-    session_.SelectedPortRow = static_cast<std::int16_t>(row);
+    session_.rowChanged(row);
     ui->NotFTP->setVisible(isFtpTypeMode(session_.statusOfRow(row)));
     setNotFtpColour(Qt::black);
 }
@@ -270,7 +333,7 @@ void frmCVRemote::rememberGridPosition()
 void frmCVRemote::afterDisconnect()
 {
     setCurrentRow(rememberedBookmark_);
-    activate();
+    Form_Activate();
 }
 
 void frmCVRemote::notFtpRefused()
@@ -281,8 +344,6 @@ void frmCVRemote::notFtpRefused()
 void frmCVRemote::idleLoggedOff()
 {
     close(); // an ordinary unload: the last user and host are written
-    ended_ = 0;
-    QCoreApplication::exit(0);
 }
 
 } // namespace corvane

@@ -21,7 +21,8 @@ class frmCVRemote;
 namespace corvane {
 
 // The main window: host picker and connection, the port grid, the port commands, the menus.
-// It owns the host session and answers what the session shows and asks.
+// It owns the host session and answers what the session shows and asks. It never ends the
+// program itself: it says so with programEnded, and the program's main ends it.
 class frmCVRemote : public QMainWindow, private SessionUi {
     Q_OBJECT
 
@@ -30,15 +31,20 @@ public:
     ~frmCVRemote() override;
 
     HostSession& session() { return session_; }
-    UserStore& users() { return store_; }
     HostConfiguration& configuration() { return config_; }
-    // Selects host n (1-5) as a click in the picker would.
-    void selectHost(int n);
-    // The program ended (missing user store, idle log-off) with this code.
-    std::optional<int> endedWith() const { return ended_; }
+    const UserStore& users() const { return store_; }
+    // Selects host n (1-5) as a click in the picker would; false for a host there is not.
+    bool selectHost(int n);
+
+Q_SIGNALS:
+    // The start-up log-in has been answered: the program is ready for its user.
+    void loggedIn();
+    // The program ends with this exit status (window closed, idle log-off, no user store).
+    void programEnded(int exitStatus);
 
 protected:
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -52,15 +58,18 @@ private:
     void notFtpRefused() override;
     void idleLoggedOff() override;
 
+    void Form_Activate();
     void activate();
-    void endProgram(int code);
+    void endProgram(int exitStatus);
     void Populate_Host();
+    void layOut();
     void rowChanged(int row);
     void setCurrentRow(const std::optional<std::string>& bookmark);
     void setNotFtpColour(const QColor& colour);
     void showSetupUsers();
     void openConfiguration();
     void changeUser();
+    template <typename Body> void guardedCommand(Body&& body);
     std::string title() const;
 
     std::unique_ptr<Ui::frmCVRemote> ui;

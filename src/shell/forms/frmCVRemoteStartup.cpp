@@ -1,8 +1,8 @@
 #include "shell/forms/frmCVRemoteStartup.h"
 
 #include "dialogs/MessageBoxes.h"
-#include "shell/HostConfiguration.h"
 #include "platform/Latin1.h"
+#include "shell/HostConfiguration.h"
 #include "shell/SessionMessages.h"
 #include "shell/VersionRules.h"
 #include "shell/forms/frmConfiguration.h"
@@ -16,23 +16,23 @@ frmCVRemoteStartup::frmCVRemoteStartup(Services& services, QWidget* parent)
     : QMainWindow(parent)
     , ui(std::make_unique<Ui::frmCVRemoteStartup>())
     , services_(services)
+    , tmrStartup(services.timers.make("tmrStartup", 2500))
 {
     ui->setupUi(this);
     ui->lblVersion->setText(QStringLiteral("Version ") + QString::fromLatin1(clientVersionText().c_str()));
-    tmrStartup.setSingleShot(true);
-    tmrStartup.setInterval(services.startupDelayMs);
-    connect(&tmrStartup, &QTimer::timeout, this, [this] {
+    connect(tmrStartup.get(), &ProgramTimer::timeout, this, [this] {
+        tmrStartup->stop(); // it fires once
         if (ui->cmdContinue->isEnabled())
             ui->cmdContinue->click();
     });
     connect(ui->cmdContinue, &QPushButton::clicked, this, [this] {
-        tmrStartup.stop();
+        tmrStartup->stop();
         hide();
         Q_EMIT continued();
         deleteLater();
     });
     connect(ui->cmdExit, &QPushButton::clicked, this, [this] {
-        tmrStartup.stop();
+        tmrStartup->stop();
         hide();
         Q_EMIT exited();
         deleteLater();
@@ -44,24 +44,39 @@ frmCVRemoteStartup::~frmCVRemoteStartup() = default;
 
 bool frmCVRemoteStartup::event(QEvent* event)
 {
-    if (event->type() == QEvent::WindowActivate) {
-        ui->cmdContinue->setEnabled(true);
-        tmrStartup.start();
-    }
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
     return QMainWindow::event(event);
+}
+
+// Without a window manager the form may never be activated: being shown then counts, so that
+// the program goes on by itself wherever the form can be seen.
+void frmCVRemoteStartup::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    Form_Activate();
+}
+
+void frmCVRemoteStartup::Form_Activate()
+{
+    if (ui->cmdContinue->isEnabled() && tmrStartup->isActive())
+        return; // already counting down; a second activation does not start it over
+    ui->cmdContinue->setEnabled(true);
+    tmrStartup->start();
 }
 
 void frmCVRemoteStartup::openConfiguration()
 {
-    tmrStartup.stop(); // nobody is carried on past a form they are filling in
+    tmrStartup->stop(); // nobody is carried on past a form they are filling in
     HostConfiguration config(services_.registry);
     config.load();
     if (!config.machineHiveWritable()) {
         services_.boxes.MsgBox(message::insufficientRights(), 0, toLatin1Bytes(QApplication::applicationName()));
-        return;
+    } else {
+        frmConfiguration form(config, services_.boxes, this);
+        form.exec();
     }
-    frmConfiguration form(config, services_.boxes, this);
-    form.exec();
+    Form_Activate(); // back at the start-up form, whether or not the window system says so
 }
 
 } // namespace corvane

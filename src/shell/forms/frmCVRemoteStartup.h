@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/ProgramTimer.h"
 #include "shell/forms/Services.h"
 
 #include <QMainWindow>
-#include <QTimer>
 
 #include <memory>
 
@@ -22,20 +22,21 @@ public:
     explicit frmCVRemoteStartup(Services& services, QWidget* parent = nullptr);
     ~frmCVRemoteStartup() override;
 
-    QTimer tmrStartup;
-
 Q_SIGNALS:
     void continued(); // open the main window
     void exited(); // end the program
 
 protected:
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
+    void Form_Activate();
     void openConfiguration();
 
     std::unique_ptr<Ui::frmCVRemoteStartup> ui;
     Services& services_;
+    std::unique_ptr<ProgramTimer> tmrStartup;
 };
 
 } // namespace corvane

@@ -7,8 +7,13 @@
 #include "shell/SessionMessages.h"
 #include "ui_frmConfiguration.h"
 
+#include "runtime/Convert.h"
+#include "runtime/RunTimeError.h"
+
 #include <QApplication>
 #include <QKeyEvent>
+
+#include <algorithm>
 
 namespace corvane {
 
@@ -36,16 +41,24 @@ frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxe
         connect(ports_[i], &QLineEdit::textEdited, this, [this, n] { portEdited(n); });
         connect(ports_[i], &QLineEdit::editingFinished, this, [this, n] { storePort(n); });
         connect(defaults[i], &QPushButton::clicked, this, [this, n] { setDefault(n); });
-        ports_[i]->installEventFilter(this);
+        digitsOnly(*ports_[i]);
     }
     ui->txtIdleMinutes->setText(QString::number(config.IdleMinutes));
-    ui->txtIdleMinutes->installEventFilter(this);
+    digitsOnly(*ui->txtIdleMinutes);
     connect(ui->txtIdleMinutes, &QLineEdit::textEdited, this, &frmConfiguration::idleEdited);
     connect(ui->cmdSaveHostIP, &QPushButton::clicked, this, &frmConfiguration::save);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &frmConfiguration::cancel);
 }
 
 frmConfiguration::~frmConfiguration() = default;
+
+// Digits get in by typing only: no paste, no dropped text, no context menu to paste from.
+void frmConfiguration::digitsOnly(QLineEdit& field)
+{
+    field.installEventFilter(this);
+    field.setContextMenuPolicy(Qt::NoContextMenu);
+    field.setAcceptDrops(false);
+}
 
 void frmConfiguration::Populate_Host_Fields(int n)
 {
@@ -80,18 +93,25 @@ void frmConfiguration::portEdited(int n)
     if (change.selectAll)
         field->selectAll();
     if (change.duplicate) {
+        // The box takes the focus; that is not the user leaving the field, so what they typed is
+        // not stored on the way out, and the field goes back to the stored port.
+        refusingDuplicate_ = true;
         boxes_.MsgBox(message::duplicatePort(change.text), 0, toLatin1Bytes(QApplication::applicationName()));
+        refusingDuplicate_ = false;
         field->setText(QString::number(config_.SocketPorts[static_cast<std::size_t>(n)]));
     }
 }
 
 void frmConfiguration::storePort(int n)
 {
+    if (refusingDuplicate_)
+        return;
     const auto i = static_cast<std::size_t>(n);
-    bool ok = false;
-    const int port = ports_[i]->text().toInt(&ok);
-    if (ok)
-        config_.SocketPorts[i] = port;
+    try {
+        config_.SocketPorts[i] = textToInt32(toLatin1Bytes(ports_[i]->text()));
+    } catch (const RunTimeError&) {
+        // Only digits get in, and the rules keep the field at 1-65535; nothing else is stored.
+    }
 }
 
 void frmConfiguration::idleEdited()
@@ -101,7 +121,7 @@ void frmConfiguration::idleEdited()
         ui->txtIdleMinutes->setText(fromLatin1Bytes(change.text));
     if (change.selectAll)
         ui->txtIdleMinutes->selectAll();
-    config_.IdleMinutes = static_cast<std::int16_t>(ui->txtIdleMinutes->text().toInt());
+    config_.IdleMinutes = textToInt16(change.text);
 }
 
 void frmConfiguration::setDefault(int n)

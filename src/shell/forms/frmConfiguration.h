@@ -31,6 +31,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void digitsOnly(QLineEdit& field);
     void portEdited(int n);
     void storePort(int n);
     void storePorts();
@@ -45,6 +46,7 @@ private:
     std::array<QLineEdit*, 6> names_{};
     std::array<QLineEdit*, 6> addresses_{};
     std::array<QLineEdit*, 6> ports_{};
+    bool refusingDuplicate_ = false;
 };
 
 } // namespace corvane

@@ -1,0 +1,49 @@
+#include "app/DesktopProgram.h"
+
+#include "shell/forms/frmCVRemote.h"
+#include "shell/forms/frmCVRemoteStartup.h"
+
+#include <QPushButton>
+
+namespace corvane {
+
+DesktopProgram::DesktopProgram(ProgramOptions options, Services& services, QObject* parent)
+    : QObject(parent)
+    , options_(std::move(options))
+    , services_(services)
+{
+}
+
+DesktopProgram::~DesktopProgram()
+{
+    delete main_;
+    delete startup_;
+}
+
+void DesktopProgram::start()
+{
+    startup_ = new frmCVRemoteStartup(services_);
+    connect(startup_, &frmCVRemoteStartup::exited, this, [this] { Q_EMIT finished(EXIT_SUCCESS); });
+    connect(startup_, &frmCVRemoteStartup::continued, this, &DesktopProgram::openMainWindow);
+    startup_->show();
+    Q_EMIT startupShown(*startup_);
+}
+
+void DesktopProgram::openMainWindow()
+{
+    main_ = new frmCVRemote(services_);
+    main_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(main_, &frmCVRemote::programEnded, this, &DesktopProgram::finished);
+    if (options_.connectHost) {
+        // Only once the user is known: the grid does not fill behind a password prompt.
+        connect(main_, &frmCVRemote::loggedIn, this, [this] {
+            if (*options_.connectHost >= 1)
+                main_->selectHost(*options_.connectHost);
+            main_->findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+        });
+    }
+    main_->show();
+    Q_EMIT mainWindowShown(*main_);
+}
+
+} // namespace corvane

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/ProgramTimer.h"
+
+#include <QPointer>
+
+#include <map>
+#include <stdexcept>
+#include <string>
+
+namespace corvane::test {
+
+// A timer that ticks only when the test says so.
+class ManualTimer final : public ProgramTimer {
+public:
+    explicit ManualTimer(int intervalMs)
+        : interval_(intervalMs)
+    {
+    }
+    void start() override { active_ = true; }
+    void stop() override { active_ = false; }
+    bool isActive() const override { return active_; }
+    void setInterval(int ms) override { interval_ = ms; }
+    int interval() const override { return interval_; }
+
+    // One tick, as the clock would give it: only while the timer runs.
+    void fire()
+    {
+        if (active_)
+            Q_EMIT timeout();
+    }
+
+private:
+    bool active_ = false;
+    int interval_;
+};
+
+// The clock of a test: the program's timers by name (the last one made with that name).
+class ManualTimers final : public TimerSource {
+public:
+    std::unique_ptr<ProgramTimer> make(const char* name, int intervalMs) override
+    {
+        auto timer = std::make_unique<ManualTimer>(intervalMs);
+        timers_[name] = timer.get();
+        return timer;
+    }
+
+    ManualTimer& operator[](const std::string& name)
+    {
+        const auto found = timers_.find(name);
+        if (found == timers_.end() || !found->second)
+            throw std::runtime_error("no timer " + name);
+        return *found->second;
+    }
+
+    void fire(const std::string& name, int ticks = 1)
+    {
+        for (int i = 0; i < ticks; ++i)
+            (*this)[name].fire();
+    }
+
+private:
+    std::map<std::string, QPointer<ManualTimer>> timers_;
+};
+
+} // namespace corvane::test
