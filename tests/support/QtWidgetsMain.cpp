@@ -1,11 +1,13 @@
-// GoogleTest's main for tests that need widgets: one QApplication, offscreen unless told otherwise.
+// GoogleTest's main for tests that need widgets: one QApplication, on the display there is (run
+// under xvfb-run for a real X server) or offscreen when there is none.
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);

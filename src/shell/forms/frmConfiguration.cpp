@@ -68,12 +68,15 @@ void frmConfiguration::Populate_Host_Fields(int n)
     ports_[i]->setText(QString::number(config_.SocketPorts[i]));
 }
 
-// Port and idle fields take digits and backspace; keys that type anything else are dropped.
+// Port and idle fields take typed digits and backspace; any other typed character is dropped,
+// and so is a paste. Keys that type nothing (Tab, arrows, Enter, Escape, Delete) do their work.
 bool frmConfiguration::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress) {
-        const QString text = static_cast<QKeyEvent*>(event)->text();
-        if (!text.isEmpty() && !typedCharacterDiscarded(text.at(0).unicode()) == false)
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const QString text = key->text();
+        if (key->matches(QKeySequence::Paste)
+            || std::any_of(text.cbegin(), text.cend(), [](QChar c) { return typedCharacterDiscarded(c.unicode()); }))
             return true;
     }
     return QDialog::eventFilter(watched, event);

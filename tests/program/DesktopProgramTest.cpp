@@ -1,0 +1,260 @@
+// The desktop program as its user meets it: the windows main opens, real message boxes that take
+// the focus as they do on a desktop, keys typed into the controls. Only the clock is the test's.
+#include "app/DesktopProgram.h"
+#include "dialogs/MessageBoxes.h"
+#include "dialogs/forms/frmGenMsgBox.h"
+#include "security/FirstStore.h"
+#include "security/LastUser.h"
+#include "security/forms/frmChangeUser.h"
+#include "security/forms/frmTempMsg.h"
+#include "shell/SessionMessages.h"
+#include "shell/forms/frmConfiguration.h"
+#include "support/Forms.h"
+#include "support/ManualTimers.h"
+#include "support/SimulatedPlant.h"
+#include "support/Users.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::control;
+using test::waitFor;
+using test::whenReady;
+
+// Calls `answer` with the modal box of type T whose `ready` holds, once it is up.
+template <typename T> void whenBox(std::function<bool(T&)> ready, std::function<void(T&)> answer)
+{
+    whenReady(
+        [ready]() -> T* {
+            auto* box = qobject_cast<T*>(QApplication::activeModalWidget());
+            return box && ready(*box) ? box : nullptr;
+        },
+        answer,
+        [] {
+            ADD_FAILURE() << "no " << T::staticMetaObject.className() << " came up as expected";
+            if (QWidget* stray = QApplication::activeModalWidget())
+                stray->close();
+        });
+}
+
+void whenMessage(const std::string& text, std::function<void(QMessageBox&)> answer)
+{
+    whenBox<QMessageBox>([text](QMessageBox& box) { return box.text() == QString::fromStdString(text); }, answer);
+}
+
+ProgramOptions connectingTo(int host)
+{
+    ProgramOptions options;
+    options.connectHost = host;
+    return options;
+}
+
+class Program : public ::testing::Test {
+public:
+    test::SimulatedPlant plant;
+    test::ManualTimers timers;
+    std::optional<int> untrappedEnd;
+    GenMsgBoxes boxes{[this](int status) { untrappedEnd = status; }};
+    Services services{*plant.registry, boxes, timers};
+    std::unique_ptr<DesktopProgram> program;
+    std::optional<int> finished;
+
+    void SetUp() override { plant.folder.useAsStoreRoot(); }
+
+    // Starts the program as main does, and lets the start-up form go on by itself.
+    frmCVRemote& start(ProgramOptions options = {})
+    {
+        program = std::make_unique<DesktopProgram>(std::move(options), services);
+        QObject::connect(program.get(), &DesktopProgram::finished, [this](int status) { finished = status; });
+        program->start();
+        EXPECT_TRUE(timers["tmrStartup"].isActive()) << "shown is enough; no activation needed";
+        timers.fire("tmrStartup");
+        QObject::connect(program->mainWindow(), &frmCVRemote::loggedIn, [this] { loggedIn = true; });
+        return *program->mainWindow();
+    }
+    // The same, up to the user's being logged in.
+    frmCVRemote& startAndLogIn()
+    {
+        frmCVRemote& window = start();
+        EXPECT_TRUE(waitFor([this] { return loggedIn; }));
+        return window;
+    }
+    bool loggedIn = false;
+    bool filled() const { return !program->mainWindow()->session().portStatus()[0].WorkstationName.empty(); }
+
+    static void createStore(std::vector<UserEntry> users)
+    {
+        UserStore store;
+        store.users = std::move(users);
+        for (std::int16_t i = 0; i < store.count(); ++i)
+            store.Save_User_Record(i);
+    }
+};
+
+// A box opened while an arrival is dispatched holds up nothing: under "No Packet String" the
+// version reply is read, the connect goes on, and the grid fills before the user presses OK.
+TEST_F(Program, TheGridFillsWhileTheNoPacketStringBoxIsUp)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    plant.host.faults.noPacketTextOnConnect = true;
+    bool filledUnderTheBox = false;
+    whenBox<QMessageBox>(
+        [this](QMessageBox& box) { return box.text() == QLatin1String(message::NoPacketString) && filled(); },
+        [&](QMessageBox& box) {
+            filledUnderTheBox = true;
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+    frmCVRemote& window = start(connectingTo(1));
+    ASSERT_TRUE(waitFor([&] { return filledUnderTheBox; }));
+    EXPECT_EQ(window.session().connectState(), ConnectState::Connected) << "no version time-out";
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+// The remembered user's password is asked first; the host hears nothing until it is given.
+TEST_F(Program, ConnectWaitsForTheLogIn)
+{
+    createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
+    Save_Last_User(*plant.registry, "SUPERVISOR");
+    bool hostHeardNothing = false;
+    whenBox<frmChangeUser>([](frmChangeUser&) { return true; },
+        [&](frmChangeUser& form) {
+            hostHeardNothing = plant.received.empty() && !plant.host.hasTerminal()
+                && program->mainWindow()->session().connectState() == ConnectState::Idle;
+            QTest::keyClicks(&control<QLineEdit>(form, "txtPassword"), QStringLiteral("boss"));
+            QTest::keyClick(&control<QLineEdit>(form, "txtPassword"), Qt::Key_Return);
+        });
+    frmCVRemote& window = start(connectingTo(1));
+    ASSERT_TRUE(waitFor([&] { return filled(); }));
+    EXPECT_TRUE(hostHeardNothing);
+    EXPECT_EQ(window.users().CurrentUser, window.users().SupervisorIndex);
+}
+
+TEST_F(Program, ConnectDoesNotComeWhenTheLogInEndsTheProgram)
+{
+    whenMessage(message::accessDenied(), [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    start(connectingTo(1));
+    ASSERT_TRUE(waitFor([&] { return finished.has_value(); }));
+    EXPECT_EQ(finished, EXIT_FAILURE);
+    EXPECT_FALSE(plant.host.hasTerminal());
+    EXPECT_TRUE(plant.received.empty());
+}
+
+// The box takes the focus, as on any desktop; what was typed does not slip into the table on
+// the way, the field goes back, and Save writes no duplicate.
+TEST_F(Program, ADuplicatePortGoesBackAndIsNeverSaved)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    frmCVRemote& window = startAndLogIn();
+    bool boxHadTheFocus = false;
+    QString afterTheBox;
+    whenBox<frmConfiguration>([](frmConfiguration&) { return true; },
+        [&](frmConfiguration& form) {
+            auto& port4 = control<QLineEdit>(form, "txtSocketPortNumber_4");
+            whenMessage(message::duplicatePort("49144"), [&](QMessageBox& box) {
+                boxHadTheFocus = QApplication::focusWidget() != &port4;
+                QTest::keyClick(&box, Qt::Key_Return);
+            });
+            QTest::mouseClick(&port4, Qt::LeftButton);
+            port4.selectAll();
+            QTest::keyClick(&port4, Qt::Key_Backspace);
+            QTest::keyClicks(&port4, QStringLiteral("49144")); // host 5's port
+            afterTheBox = port4.text();
+            QTest::keyClick(&port4, Qt::Key_Tab);
+            QTest::mouseClick(&control<QPushButton>(form, "cmdSaveHostIP"), Qt::LeftButton);
+        });
+    window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
+    EXPECT_TRUE(boxHadTheFocus);
+    EXPECT_EQ(afterTheBox, QStringLiteral("49143"));
+    HostConfiguration saved(*plant.registry);
+    saved.load();
+    EXPECT_EQ(saved.SocketPorts[4], 49143);
+    EXPECT_EQ(saved.SocketPorts[5], 49144);
+}
+
+// Only typed characters are filtered: the keys that move, delete, go on and leave still work.
+TEST_F(Program, KeysThatTypeNothingKeepTheirWorkInTheDigitFields)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    frmCVRemote& window = startAndLogIn();
+    QString port, idle;
+    bool tabLeft = false, escapeClosed = false;
+    whenBox<frmConfiguration>([](frmConfiguration&) { return true; },
+        [&](frmConfiguration& form) {
+            auto& port3 = control<QLineEdit>(form, "txtSocketPortNumber_3"); // 49142
+            QTest::mouseClick(&port3, Qt::LeftButton);
+            QTest::keyClick(&port3, Qt::Key_Home);
+            QTest::keyClick(&port3, Qt::Key_Right);
+            QTest::keyClick(&port3, Qt::Key_Delete); // 4142
+            QTest::keyClick(&port3, Qt::Key_End);
+            QTest::keyClicks(&port3, QStringLiteral("x7")); // 41427
+            port = port3.text();
+            QTest::keyClick(&port3, Qt::Key_Tab);
+            tabLeft = QApplication::focusWidget() != &port3;
+
+            auto& minutes = control<QLineEdit>(form, "txtIdleMinutes"); // 5
+            QTest::mouseClick(&minutes, Qt::LeftButton);
+            QTest::keyClick(&minutes, Qt::Key_Left);
+            QTest::keyClick(&minutes, Qt::Key_Left);
+            QTest::keyClicks(&minutes, QStringLiteral("1")); // 15
+            idle = minutes.text();
+            QTest::keyClick(&minutes, Qt::Key_Escape);
+            escapeClosed = !form.isVisible();
+            if (!escapeClosed)
+                form.reject(); // so that a failure does not hang the test
+        });
+    window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
+    EXPECT_EQ(port, QStringLiteral("41427"));
+    EXPECT_TRUE(tabLeft);
+    EXPECT_EQ(idle, QStringLiteral("15"));
+    EXPECT_TRUE(escapeClosed);
+    HostConfiguration saved(*plant.registry);
+    saved.load();
+    EXPECT_EQ(saved.SocketPorts[3], 49142) << "Escape is a cancel: nothing written";
+}
+
+// The box a refused temporary user meets shows its caption whole.
+TEST_F(Program, TheAccessBoxShowsItsCaptionWhole)
+{
+    createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
+    frmCVRemote& window = startAndLogIn(); // no one remembered, security on: the guest
+    int boxWidth = 0, captionNeeds = -1, textWidth = 1000;
+    whenBox<frmTempMsg>([](frmTempMsg&) { return true; },
+        [&](frmTempMsg& form) {
+            whenBox<frmGenMsgBox>([](frmGenMsgBox& box) { return box.windowTitle() == QStringLiteral("Access Not Allowed"); },
+                [&](frmGenMsgBox& box) {
+                    boxWidth = box.width();
+                    captionNeeds = captionWidth(box.windowTitle(), box.fontMetrics());
+                    textWidth = control<QLabel>(box, "lblMsg").width();
+                    QTest::keyClick(&box, Qt::Key_Return);
+                });
+            auto& name = *form.findChild<QLineEdit*>(QStringLiteral("txtTempUserName"));
+            QTest::keyClicks(&name, QStringLiteral("NOBODY"));
+            QTest::mouseClick(&control<QPushButton>(form, "cmdButton_0"), Qt::LeftButton);
+        });
+    ASSERT_EQ(window.users().CurrentUser, window.users().GuestIndex);
+    window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
+    EXPECT_GE(boxWidth, captionNeeds);
+    EXPECT_LE(textWidth, 300);
+}
+
+TEST_F(Program, ClosingTheMainWindowEndsTheProgram)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    frmCVRemote& window = start();
+    window.close();
+    EXPECT_EQ(finished, EXIT_SUCCESS);
+    EXPECT_FALSE(untrappedEnd.has_value());
+}
+
+} // namespace
+} // namespace corvane
