@@ -30,20 +30,6 @@ std::string rowBookmark(int row)
     return std::to_string(row);
 }
 
-std::vector<int> unboundReadRows(const std::optional<std::string>& startBookmark, int count, bool forward)
-{
-    std::vector<int> rows;
-    const std::int16_t start = bookmarkToRow(startBookmark, forward);
-    if (start == InvalidRow)
-        return rows;
-    for (int row = start + (forward ? 1 : -1); static_cast<int>(rows.size()) < count; row += forward ? 1 : -1) {
-        if (row < 0 || row >= GridRows)
-            break;
-        rows.push_back(row);
-    }
-    return rows;
-}
-
 std::string gridValue(const std::vector<PortStatusRecord>& table, int row, int column)
 {
     if (column == PortColumn)

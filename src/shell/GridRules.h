@@ -22,8 +22,6 @@ inline constexpr std::int16_t InvalidRow = -9999;
 // otherwise its value, truncated; outside 0-127 it is invalid.
 std::int16_t bookmarkToRow(const std::optional<std::string>& bookmark, bool forward);
 std::string rowBookmark(int row);
-// The rows an unbound read returns: up to `count` from the start bookmark, one step at a time.
-std::vector<int> unboundReadRows(const std::optional<std::string>& startBookmark, int count, bool forward);
 // The six values of a grid row: port number, machine, program, ID, status, byte count.
 std::string gridValue(const std::vector<PortStatusRecord>& table, int row, int column);
 

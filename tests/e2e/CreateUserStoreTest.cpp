@@ -54,13 +54,5 @@ TEST(CreateUserStore, AFolderThatCannotBeMadeIsReported)
     EXPECT_TRUE(run.err.contains(QStringLiteral("could not create the user store"))) << run.err.toStdString();
 }
 
-TEST(CreateUserStore, HelpListsTheOption)
-{
-    test::ScratchProgramFolder folder;
-    const test::ProgramRun run = runProgram({QStringLiteral("--help")}, folder.path());
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_TRUE(run.out.contains(QStringLiteral("--create-user-store")));
-}
-
 } // namespace
 } // namespace corvane

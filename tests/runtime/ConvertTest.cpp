@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace corvane {
 namespace {
 
@@ -102,6 +104,33 @@ TEST(Convert, DoublesAndNarrowing)
     EXPECT_EQ(toInt16(-32768), -32768);
     EXPECT_EQ(errorNumberRaisedBy([] { toInt16(32768); }), err::Overflow);
     EXPECT_EQ(errorNumberRaisedBy([] { toInt32(INT64_C(1) << 31); }), err::Overflow);
+}
+
+// Every floating value that becomes an integer is rounded as the runtime assigns it, and one
+// beyond the target is an overflow, never a bare cast's undefined result.
+TEST(Convert, FloatingValuesNarrowWithTheirEdges)
+{
+    struct Case {
+        double value;
+        int int16; // 0 with `overflows16`
+        bool overflows16;
+    } const cases[] = {
+        {2.5, 2, false}, {3.5, 4, false}, {-2.5, -2, false}, {32767.4, 32767, false}, {32767.5, 0, true},
+        {-32768.5, -32768, false}, {-32768.6, 0, true}, {1e300, 0, true}, {-1e300, 0, true},
+        {std::numeric_limits<double>::infinity(), 0, true}, {std::numeric_limits<double>::quiet_NaN(), 0, true},
+    };
+    for (const auto& c : cases) {
+        if (c.overflows16)
+            EXPECT_EQ(errorNumberRaisedBy([&] { roundToInt16(c.value); }), err::Overflow) << c.value;
+        else
+            EXPECT_EQ(roundToInt16(c.value), c.int16) << c.value;
+    }
+    EXPECT_EQ(roundToInt32(2147483647.4), 2147483647);
+    EXPECT_EQ(errorNumberRaisedBy([] { roundToInt32(2147483647.5); }), err::Overflow);
+    // Val reads leniently and assigns strictly: a SECTION= of junk is 0, one of 99999 overflows.
+    EXPECT_EQ(valToInt16("E=120"), 0);
+    EXPECT_EQ(valToInt16(" 12abc"), 12);
+    EXPECT_EQ(errorNumberRaisedBy([] { valToInt16("99999"); }), err::Overflow);
 }
 
 } // namespace

@@ -48,8 +48,6 @@ TEST(Rights, ListsOfThisProgramAndTheHost)
 
     Load_Rights_List(list, "CORVANE");
     ASSERT_EQ(list.RightsCount, 13);
-    EXPECT_EQ(list.rows[9], (RightsEntry{"LAN Manager (Create Cell, Receive File Admin on all Cells)", 8}));
-    EXPECT_EQ(list.rows[12], (RightsEntry{"File Editor View And Print Only  (READ HELP BEFORE USING!!)", 15}));
 
     Load_Rights_List(list, "nothing");
     EXPECT_EQ(list.RightsCount, 13); // an unknown key changes nothing
