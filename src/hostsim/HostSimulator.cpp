@@ -204,6 +204,7 @@ void HostSimulator::answer(const std::string& packet)
 
 void HostSimulator::reply(std::string packet)
 {
+    ++answers_;
     if (faults.joinWithStatus)
         packet += statusReply(plant_.status);
     if (faults.replyDelayMs > 0) {

@@ -63,6 +63,8 @@ public:
     Faults faults;
     Plant& plant() { return plant_; }
     int updatesCompleted() const { return updatesCompleted_; }
+    // Answers given to requests (a request left unanswered does not count).
+    int answers() const { return answers_; }
     // Chunks written, and how many of them waited out the gap between packets.
     int chunksWritten() const { return chunksWritten_; }
     int chunksHeldBack() const { return chunksHeldBack_; }
@@ -120,6 +122,7 @@ private:
     std::unique_ptr<ProgramTimer> idleTimer_;
     int packetsSent_ = 0;
     int updatesCompleted_ = 0;
+    int answers_ = 0;
     int chunksWritten_ = 0;
     int chunksHeldBack_ = 0;
     bool bigPacketSent_ = false;

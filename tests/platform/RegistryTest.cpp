@@ -17,7 +17,8 @@ protected:
     void TearDown() override { qunsetenv("CORVANE_REGISTRY_DIR"); }
 };
 
-const QString ConfigKey = QStringLiteral("Software\\Brellwick\\CorvaneRemote\\Configuration");
+// Any key of ours will do; the registry knows nothing of what the program keeps in it.
+const QString ConfigKey = QStringLiteral("Software\\Brellwick\\RegistryTest");
 
 TEST_F(IniRegistry, ValuesLandInTheirHiveAndReadBackAsText)
 {

@@ -55,6 +55,13 @@ public:
         return nextPacket(limitMs);
     }
 
+    // A connect the host turns away at once (it is not listening).
+    bool connectionRefused(quint16 port, int limitMs = 3000)
+    {
+        socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+        return waitFor([this] { return socket.error() == QAbstractSocket::ConnectionRefusedError; }, limitMs);
+    }
+
     bool waitForDisconnect(int limitMs = 3000)
     {
         return waitFor([this] { return socket.state() == QAbstractSocket::UnconnectedState; }, limitMs);
