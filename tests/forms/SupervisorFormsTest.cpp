@@ -31,10 +31,8 @@ protected:
 
     void SetUp() override
     {
-        store.users
-            = {user("SUPERVISOR", "", {}, 1), user("GUEST", ""), user("SMITH", "pw", {4, 11}), user("JONES", "", {0})};
-        for (std::int16_t i = 0; i < store.count(); ++i)
-            store.Save_User_Record(i);
+        test::createStore(
+            {user("SUPERVISOR", "", {}, 1), user("GUEST", ""), user("SMITH", "pw", {4, 11}), user("JONES", "", {0})});
         ASSERT_TRUE(store.Load_User_Store());
         store.CurrentUser = 0;
         Load_Rights_List(rights, "CVREMOTE");

@@ -91,14 +91,6 @@ public:
     }
     bool loggedIn = false;
     bool filled() const { return !program->mainWindow()->session().portStatus()[0].WorkstationName.empty(); }
-
-    static void createStore(std::vector<UserEntry> users)
-    {
-        UserStore store;
-        store.users = std::move(users);
-        for (std::int16_t i = 0; i < store.count(); ++i)
-            store.Save_User_Record(i);
-    }
 };
 
 // A box opened while an arrival is dispatched holds up nothing: under "No Packet String" the
@@ -123,7 +115,7 @@ TEST_F(Program, TheGridFillsWhileTheNoPacketStringBoxIsUp)
 // The remembered user's password is asked first; the host hears nothing until it is given.
 TEST_F(Program, ConnectWaitsForTheLogIn)
 {
-    createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
+    test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
     Save_Last_User(*plant.registry, "SUPERVISOR");
     bool hostHeardNothing = false;
     whenBox<frmChangeUser>([](frmChangeUser&) { return true; },
@@ -141,12 +133,18 @@ TEST_F(Program, ConnectWaitsForTheLogIn)
 
 TEST_F(Program, ConnectDoesNotComeWhenTheLogInEndsTheProgram)
 {
-    whenMessage(message::accessDenied(), [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
-    start(connectingTo(1));
+    QString title;
+    whenMessage(message::accessDenied(), [&](QMessageBox& box) {
+        title = box.windowTitle();
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    start(connectingTo(1)); // with no user store
     ASSERT_TRUE(waitFor([&] { return finished.has_value(); }));
     EXPECT_EQ(finished, EXIT_FAILURE);
+    EXPECT_EQ(title, QLatin1String(message::AccessDeniedTitle));
     EXPECT_FALSE(plant.host.hasTerminal());
     EXPECT_TRUE(plant.received.empty());
+    EXPECT_EQ(Get_Last_User(*plant.registry), "") << "nothing is written";
 }
 
 // The box takes the focus, as on any desktop; what was typed does not slip into the table on
@@ -225,7 +223,7 @@ TEST_F(Program, KeysThatTypeNothingKeepTheirWorkInTheDigitFields)
 // The box a refused temporary user meets shows its caption whole.
 TEST_F(Program, TheAccessBoxShowsItsCaptionWhole)
 {
-    createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
+    test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
     frmCVRemote& window = startAndLogIn(); // no one remembered, security on: the guest
     int boxWidth = 0, captionNeeds = -1, textWidth = 1000;
     whenBox<frmTempMsg>([](frmTempMsg&) { return true; },

@@ -21,22 +21,15 @@ using hostsim::HostSimulator;
 using test::operator""_w;
 using test::waitFor;
 
-// Answers the session as a window would. A message box is modal: while it is up, the program's
-// event loop runs inside it until the test closes it (`whileBoxOpen` returns true).
+// Answers the session as a window would, from a script.
 struct ScriptedSessionUi : SessionUi {
     std::vector<std::string> messages;
     std::deque<std::int16_t> answers;
-    std::function<bool()> whileBoxOpen; // the box closes once this holds
     QString caption;
     std::uint32_t colour = 0;
     int tableChanges = 0, disconnects = 0, ftpRefusals = 0, logOffs = 0;
 
-    void showMessage(const std::string& text) override
-    {
-        messages.push_back(text);
-        if (whileBoxOpen)
-            waitFor(std::exchange(whileBoxOpen, {}));
-    }
+    void showMessage(const std::string& text) override { messages.push_back(text); }
     std::int16_t askYesNo(const std::string& text) override
     {
         messages.push_back(text);
@@ -173,27 +166,6 @@ TEST_F(Session, AHostThatNeverAnswersTheVersionTimesOut)
     EXPECT_EQ(session->connectState(), ConnectState::Idle);
     EXPECT_FALSE(session->connected());
     EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
-}
-
-// A box opened while one arrival is dispatched holds up nothing: the version reply and the
-// status reply that come while "No Packet String" is up are taken in, each on its own, and the
-// connect completes underneath the box.
-TEST_F(Session, ArrivalsGoOnWhileABoxIsOpen)
-{
-    host().faults.noPacketTextOnConnect = true;
-    bool filledUnderTheBox = false;
-    ui.whileBoxOpen = [&] {
-        filledUnderTheBox = !session->portStatus()[0].WorkstationName.empty();
-        return filledUnderTheBox;
-    };
-    session->Command1_Click(QStringLiteral("127.0.0.1"));
-    ASSERT_TRUE(settled());
-    ASSERT_TRUE(filled());
-    EXPECT_TRUE(filledUnderTheBox);
-    EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::NoPacketString)});
-    EXPECT_EQ(session->connectState(), ConnectState::Connected);
-    // Each packet came on its own: none was swallowed into another, so none was unknown.
-    EXPECT_EQ(plant->folder.read("PacketError-Current.log").find("Unknown packet."), std::string::npos);
 }
 
 TEST_F(Session, TheSectionFieldIsReadFromEveryPacketButAnAcknowledgement)

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -28,6 +29,15 @@ inline UserEntry user(
     for (int r : granted)
         e.Rights[static_cast<std::size_t>(r)] = 1;
     return e;
+}
+
+// Writes a store of these users where the program looks for it.
+inline void createStore(std::vector<UserEntry> users)
+{
+    UserStore store;
+    store.users = std::move(users);
+    for (std::int16_t i = 0; i < store.count(); ++i)
+        store.Save_User_Record(i);
 }
 
 } // namespace test
