@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/ProgramOptions.h"
-#include "shell/forms/Services.h"
+#include "dialogs/Services.h"
 #include "shell/forms/frmCVRemote.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 

@@ -1,11 +1,15 @@
 #include "app/Screenshots.h"
 
+#include "commparms/forms/frmCommParms.h"
+#include "commparms/forms/frmFileNotFoundMsg.h"
 #include "shell/forms/frmCVRemote.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 #include "shell/forms/frmConfiguration.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
+#include <QTabWidget>
 #include <QPushButton>
 #include <QTimer>
 
@@ -59,16 +63,48 @@ void Screenshots::mainShown(frmCVRemote& main)
                 save(main, "main.png");
                 frmConfiguration form(main.configuration(), services_.boxes, &main);
                 form.show();
-                QEventLoop settle;
-                QTimer::singleShot(SettleMs, &settle, &QEventLoop::quit);
-                settle.exec();
+                settle();
                 save(form, "configuration.png");
                 form.close();
-                main.close(); // the program ends with its main window
+                editorOf(main);
             });
         });
         poll->start(50);
     });
+}
+
+// The parameter editor of a port, on each of its tabs, and its file-not-found form.
+void Screenshots::editorOf(frmCVRemote& main)
+{
+    QObject::connect(&main, &frmCVRemote::commParmsOpened, &main, [this, &main](frmCommParms& editor) {
+        QObject::connect(&editor, &frmCommParms::activated, &editor, [this, &main, &editor] {
+            auto* tabs = editor.findChild<QTabWidget*>(QStringLiteral("CommTab"));
+            for (int tab = 0; tab < tabs->count(); ++tab) {
+                tabs->setCurrentIndex(tab);
+                settle();
+                save(editor, QStringLiteral("commparms-%1.png").arg(tab + 1).toLatin1().constData());
+            }
+            tabs->setCurrentIndex(1);
+            QTimer::singleShot(SettleMs, &editor, [this] {
+                if (auto* form = qobject_cast<frmFileNotFoundMsg*>(QApplication::activeModalWidget())) {
+                    save(*form, "filenotfound.png");
+                    form->reject();
+                }
+            });
+            editor.findChild<QPushButton*>(QStringLiteral("cmdEditMsg"))->click();
+            editor.accept();
+            main.close(); // the program ends with its main window
+        });
+    });
+    main.selectRow(14); // EDM 1, which collects data
+    main.findChild<QPushButton*>(QStringLiteral("cmdCommParms"))->click();
+}
+
+void Screenshots::settle()
+{
+    QEventLoop settle;
+    QTimer::singleShot(SettleMs, &settle, &QEventLoop::quit);
+    settle.exec();
 }
 
 } // namespace corvane

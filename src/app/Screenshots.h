@@ -11,7 +11,8 @@ class frmCVRemoteStartup;
 struct Services;
 
 // Takes the README's pictures of the demo: the start-up form, the main window connected with its
-// grid filled, and the configuration form; then closes the main window, which ends the program.
+// grid filled, the configuration form, the parameter editor of the first port on each of its
+// tabs and its file-not-found form; then closes the main window, which ends the program.
 class Screenshots {
 public:
     Screenshots(QString folder, Services& services);
@@ -20,6 +21,8 @@ public:
 
 private:
     bool save(QWidget& widget, const char* name);
+    void editorOf(frmCVRemote& main);
+    static void settle();
     QString folder_;
     Services& services_;
 };

@@ -4,6 +4,7 @@
 #include "app/ProgramOptions.h"
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "runtime/ProgramFolder.h"
@@ -121,7 +122,8 @@ int main(int argc, char** argv)
     auto registry = openSystemRegistry();
     GenMsgBoxes boxes([](int exitStatus) { QCoreApplication::exit(exitStatus); });
     QtTimers timers;
-    Services services{*registry, boxes, timers};
+    SystemDesktop desktop;
+    Services services{*registry, boxes, timers, desktop};
     DesktopProgram program(options, services);
     QObject::connect(&program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });
 

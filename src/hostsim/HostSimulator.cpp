@@ -104,6 +104,7 @@ void HostSimulator::acceptTerminal()
     splitter_ = RequestSplitter();
     packetsSent_ = 0;
     bigPacketSent_ = false;
+    typesAnnounced_ = false;
     sinceLastChunk_.invalidate();
     lastWasReply_ = false;
     askedSinceLastChunk_ = false;
@@ -170,6 +171,10 @@ void HostSimulator::answer(const std::string& packet)
         }
         plant_.advance();
         reply(statusReply(plant_.status));
+        if (announceMachineTypes && !typesAnnounced_) {
+            typesAnnounced_ = true;
+            enqueue(machineTypesReply(plant_.machineTypes), false);
+        }
         break;
     case packet_type::MachineTypeRequest:
         reply(machineTypesReply(plant_.machineTypes));

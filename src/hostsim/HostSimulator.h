@@ -61,6 +61,9 @@ public:
     bool hasTerminal() const { return terminal_ != nullptr; }
 
     Faults faults;
+    // Its machine-type list (type 150) goes out unasked once a connection, after the first status
+    // reply, as the terminal's editor never asks for it.
+    bool announceMachineTypes = true;
     Plant& plant() { return plant_; }
     int updatesCompleted() const { return updatesCompleted_; }
     // Answers given to requests (a request left unanswered does not count).
@@ -126,6 +129,7 @@ private:
     int chunksWritten_ = 0;
     int chunksHeldBack_ = 0;
     bool bigPacketSent_ = false;
+    bool typesAnnounced_ = false;
     std::function<void(const QString&)> log_;
 };
 

@@ -6,13 +6,19 @@
 
 namespace corvane {
 
+std::vector<InstalledPrinter> installedPrinters()
+{
+    std::vector<InstalledPrinter> printers;
+    for (const QPrinterInfo& printer : QPrinterInfo::availablePrinters())
+        printers.push_back({toLatin1Bytes(printer.printerName()), toLatin1Bytes(printer.location())});
+    return printers;
+}
+
 std::vector<std::string> installedPrinterNames()
 {
     std::vector<std::string> names;
-    const QStringList available = QPrinterInfo::availablePrinterNames();
-    names.reserve(static_cast<std::size_t>(available.size()));
-    for (const QString& name : available)
-        names.push_back(toLatin1Bytes(name));
+    for (const InstalledPrinter& printer : installedPrinters())
+        names.push_back(printer.name);
     return names;
 }
 

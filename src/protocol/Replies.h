@@ -1,5 +1,7 @@
 #pragma once
 
+#include "commparms/MachineTypes.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -27,15 +29,6 @@ struct PortStatusRecord {
 // "DNC_ID=", "Status=", "ByteCount="). The table keeps its size: a piece beyond it raises
 // "Subscript out of range", after the pieces before it were stored.
 void Extract_Status_Packet(std::string_view packet, std::vector<PortStatusRecord>& PortStatus);
-
-struct MachineTypeRecord {
-    std::int32_t unique_id = 0;
-    std::string machine_type;
-    std::string DefaultDir;
-    char TarnMachineCode = ' '; // one character, blank when the host sent none
-
-    bool operator==(const MachineTypeRecord&) const = default;
-};
 
 // Replaces the table by one record per piece, read "DefaultDir=", "TarnMachineCode=",
 // "machine_type=", "unique_id=" in that order; the count is set before the pieces are read.

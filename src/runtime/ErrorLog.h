@@ -17,6 +17,7 @@ namespace location {
 inline constexpr int SharedModule = 143;
 inline constexpr int PacketDispatch = 155;
 inline constexpr int RequestSender = 201;
+inline constexpr int CommParmsUpdate = 311; // the parameter editor's update
 } // namespace location
 
 std::string errorLogPath();

@@ -12,6 +12,8 @@ std::string errorDescription(int number)
         return "Invalid procedure call or argument";
     case err::Overflow:
         return "Overflow";
+    case err::SocketBadState:
+        return "Wrong protocol or connection state for the requested transaction or request";
     case err::OutOfMemory:
         return "Out of memory";
     case err::SubscriptOutOfRange:

@@ -29,6 +29,8 @@ inline constexpr int PermissionDenied = 70;
 inline constexpr int DiskNotReady = 71;
 inline constexpr int PathFileAccessError = 75;
 inline constexpr int PathNotFound = 76;
+// The socket control's own: a send on a socket that is not connected.
+inline constexpr int SocketBadState = 40006;
 } // namespace err
 
 // The runtime's own description of an error number ("Overflow", "Type mismatch", ...).

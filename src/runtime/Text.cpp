@@ -72,4 +72,17 @@ std::string fixedWidth(std::string_view text, std::size_t width)
     return out;
 }
 
+std::string joinLines(std::initializer_list<std::string_view> lines)
+{
+    std::string text;
+    bool first = true;
+    for (std::string_view line : lines) {
+        if (!first)
+            text += "\r\n";
+        text += line;
+        first = false;
+    }
+    return text;
+}
+
 } // namespace corvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -27,5 +28,8 @@ std::string_view trimBlanks(std::string_view text);
 
 // The text padded with blanks or cut to exactly `width` characters (a fixed-length string).
 std::string fixedWidth(std::string_view text, std::size_t width);
+
+// A message's lines joined by CR LF; an empty piece is an empty line.
+std::string joinLines(std::initializer_list<std::string_view> lines);
 
 } // namespace corvane

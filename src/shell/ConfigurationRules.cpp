@@ -36,10 +36,4 @@ FieldChange idleFieldChanged(std::string_view text)
     return change;
 }
 
-bool typedCharacterDiscarded(char32_t typed)
-{
-    const bool control = typed < 0x20 || typed == 0x7F || (typed >= 0x80 && typed < 0xA0);
-    return !control && !(typed >= U'0' && typed <= U'9');
-}
-
 } // namespace corvane

@@ -19,9 +19,5 @@ struct FieldChange {
 FieldChange portFieldChanged(std::string_view text, const std::vector<std::string>& otherPortTexts);
 // The idle field after a change: empty reads "1", above 60 reads "60".
 FieldChange idleFieldChanged(std::string_view text);
-// Port and idle fields take the digits and backspace of what is typed; a typed character
-// (anything printable) other than a digit is discarded. Keys that type no character (arrows,
-// Tab, Enter, Escape, Delete) are not typing and keep their work.
-bool typedCharacterDiscarded(char32_t typed);
 
 } // namespace corvane

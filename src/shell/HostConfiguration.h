@@ -24,6 +24,10 @@ public:
     std::array<QString, HostCount + 2> HostNames;
     std::array<QString, HostCount + 2> HostIPs;
     std::array<std::int32_t, HostCount + 2> SocketPorts{};
+    // Whether host n runs in single-port mode and on which DNC COM port: settings of this
+    // terminal ("SinglePortMode" + n, "SingleDNCCommPort" + n), since no packet carries them.
+    std::array<bool, HostCount + 2> SinglePortModes{};
+    std::array<std::int16_t, HostCount + 2> SingleDNCCommPorts{};
     std::int16_t IdleMinutes = 5;
 
     static QString defaultName(int n);

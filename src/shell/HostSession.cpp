@@ -1,6 +1,7 @@
 #include "shell/HostSession.h"
 
 #include "protocol/PacketErrorLog.h"
+#include "protocol/Framing.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
 #include "platform/Latin1.h"
@@ -55,6 +56,7 @@ HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& 
     , tmrSocketStatus(timers.make("tmrSocketStatus", 3000))
     , tmrPacketTimeOut(timers.make("tmrPacketTimeOut", 3000))
     , tmrIdleLogoff(timers.make("tmrIdleLogoff", 60000))
+    , tmrPacketWait(timers.make("tmrPacketWait", 2000))
 {
     clearPortStatus();
     parms_.resize();
@@ -68,6 +70,11 @@ HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& 
     onTick(*tmrSocketStatus, &HostSession::tmrSocketStatus_Timer);
     onTick(*tmrPacketTimeOut, &HostSession::tmrPacketTimeOut_Timer);
     onTick(*tmrIdleLogoff, &HostSession::tmrIdleLogoff_Timer);
+    // It only says the wait is over; it goes on ticking, and every wait starts it over.
+    connect(tmrPacketWait.get(), &ProgramTimer::timeout, this, [this] {
+        PacketWaitExpired = TrueValue;
+        wake();
+    });
     tmrIdleLogoff->start();
 
     // Each arrival is read at once and handed on as an event of its own, so that a box opened
@@ -142,9 +149,8 @@ void HostSession::setConnectState(ConnectState state)
 
 void HostSession::send(const std::string& packet)
 {
-    if (!connected())
-        return;
-    Winsock1.write(toByteArray(packet));
+    if (!connected() || Winsock1.write(toByteArray(packet)) < 0)
+        raise(err::SocketBadState);
     Winsock1.flush();
 }
 
@@ -391,6 +397,82 @@ bool HostSession::cmdCommParms_Click(const std::function<bool()>& checkAccess)
 void HostSession::rowChanged(int row)
 {
     SelectedPortRow = toInt16(row);
+}
+
+SinglePortMode HostSession::singlePortMode() const
+{
+    const auto host = static_cast<std::size_t>(HostIndex);
+    if (host >= config_.SinglePortModes.size())
+        return {};
+    return {config_.SinglePortModes[host], config_.SingleDNCCommPorts[host]};
+}
+
+HostSession::Reply HostSession::awaitReply(const std::string& request, Bool16& arrived)
+{
+    send(request);
+    PacketWaitExpired = FalseValue;
+    tmrPacketWait->stop();
+    tmrPacketWait->start();
+    arrived = FalseValue;
+    if (!waitUntil([&] { return arrived || PacketWaitExpired; }))
+        return Reply::CalledOff;
+    return arrived ? Reply::Arrived : Reply::Expired;
+}
+
+bool HostSession::FetchCommParms(std::int16_t port)
+{
+    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
+        if (!connected())
+            continue;
+        switch (awaitReply(Build_Port_Parms_Request(section, port), ParmsPacketReceived)) {
+        case Reply::Arrived:
+            continue;
+        case Reply::Expired:
+            ui_.showMessage(std::string(message::FetchCommParmsTimeout));
+            return false;
+        case Reply::CalledOff:
+            return false;
+        }
+    }
+    return true;
+}
+
+bool HostSession::FetchMachineTypes(std::int16_t displayRow)
+{
+    if (!connected())
+        return true;
+    const Reply reply = awaitReply(Build_Machine_Type_Request(displayRow), ParmsPacketReceived);
+    if (reply == Reply::Expired)
+        ui_.showMessage(std::string(message::FetchMachineTypeTimeout));
+    return reply == Reply::Arrived;
+}
+
+// Each section is built as it goes out, so a change made while an earlier one was awaited goes
+// out with its own section when that is still to come.
+bool HostSession::UpdateCommParms(std::int16_t port)
+{
+    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
+        if (!connected())
+            continue;
+        switch (awaitReply(Build_Port_Parms_Packet(section, port, parms_) + EOT, UpdateAckReceived)) {
+        case Reply::Arrived:
+            continue;
+        case Reply::Expired:
+            ui_.showMessage(std::string(message::UpdateNoAck));
+            return false;
+        case Reply::CalledOff:
+            return false;
+        }
+    }
+    send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
+    return true;
+}
+
+void HostSession::RefreshPortStates()
+{
+    IdleMinuteCount = 0;
+    if (connected())
+        awaitReply(Build_Status_Request(), ParmsPacketReceived);
 }
 
 void HostSession::Accumulate_Socket_Data(const std::string& chunk)

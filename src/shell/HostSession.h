@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commparms/ParmsLink.h"
 #include "commparms/PortParms.h"
 #include "platform/ProgramTimer.h"
 #include "protocol/Framing.h"
@@ -42,7 +43,7 @@ enum class ConnectState { Idle, Connecting, AwaitingVersion, Connected };
 // everything the host sends, the port table, the commands that talk to the host and the idle
 // log-off. It never opens a window; it speaks through SessionUi. Each session has its own
 // receive state and parameter tables, so a program (or a test) may hold several.
-class HostSession : public QObject {
+class HostSession : public QObject, public ParmsLink {
     Q_OBJECT
 
 public:
@@ -59,8 +60,19 @@ public:
     bool cmdCommParms_Click(const std::function<bool()>& checkAccess);
     // The grid's current row changed.
     void rowChanged(int row);
-    // Activity that counts as a command (the parameter editor's).
-    void resetIdleCount() { IdleMinuteCount = 0; }
+
+    // ParmsLink: what the parameter editor asks of the session.
+    PortParmsTables& parmsTables() override { return parms_; }
+    const std::vector<MachineTypeRecord>& machineTypes() const override { return MachineTypes; }
+    SinglePortMode singlePortMode() const override;
+    std::int16_t selectedPortIndex() const override { return SelectedPortIndex; }
+    void resetIdleCount() override { IdleMinuteCount = 0; }
+    bool portSpinNoticeShown() const override { return PortSpinNoticeShown; }
+    void setPortSpinNoticeShown() override { PortSpinNoticeShown = true; }
+    bool FetchCommParms(std::int16_t port) override;
+    bool FetchMachineTypes(std::int16_t displayRow) override;
+    bool UpdateCommParms(std::int16_t port) override;
+    void RefreshPortStates() override;
 
     // Everything the socket delivers comes through here, one arrival at a time (error trap,
     // location 155).
@@ -82,16 +94,10 @@ public:
     int hostIndex() const { return HostIndex; }
     std::int16_t idleMinuteCount() const { return IdleMinuteCount; }
     std::int16_t selectedPortRow() const { return SelectedPortRow; }
-    std::int16_t selectedPortIndex() const { return SelectedPortIndex; }
     const std::vector<PortStatusRecord>& portStatus() const { return PortStatus; }
     // The status of a grid row, empty for a row the table does not have.
     std::string statusOfRow(int row) const;
-    const std::vector<MachineTypeRecord>& machineTypes() const { return MachineTypes; }
-    const std::string& hostVersion() const { return HostVersion; }
     const QString& socketCaption() const { return caption_; }
-    std::uint32_t socketColour() const { return colour_; }
-    // Every port's parameter records, and the printers remote printing falls back on.
-    PortParmsTables& parmsTables() { return parms_; }
 
 Q_SIGNALS:
     void connectStateChanged(ConnectState state);
@@ -102,8 +108,13 @@ private:
     void clearPortStatus();
     void setStatus(const QString& caption, std::uint32_t colour);
     void setConnectState(ConnectState state);
+    // Hands a packet to the socket; one that is not connected raises the socket's own error.
     void send(const std::string& packet);
     void wake();
+    // The editor's waits: the request goes out, tmrPacketWait starts over, and the wait lasts
+    // until `arrived` is set by the dispatch or the timer ticks.
+    enum class Reply { Arrived, Expired, CalledOff };
+    Reply awaitReply(const std::string& request, Bool16& arrived);
 
     // The connect sequence, one step per event.
     void socketConnected();
@@ -124,6 +135,7 @@ private:
     std::unique_ptr<ProgramTimer> tmrSocketStatus;
     std::unique_ptr<ProgramTimer> tmrPacketTimeOut;
     std::unique_ptr<ProgramTimer> tmrIdleLogoff;
+    std::unique_ptr<ProgramTimer> tmrPacketWait; // the parameter editor's 2000 ms
 
     std::int16_t HostIndex = 1;
     std::int16_t ConnectTickCount = 0;
@@ -132,6 +144,7 @@ private:
     Bool16 VersionReceived = FalseValue;
     Bool16 ParmsPacketReceived = FalseValue;
     Bool16 UpdateAckReceived = FalseValue;
+    Bool16 PacketWaitExpired = FalseValue;
     std::string HostVersion;
     std::string MinimumRemoteVersion;
     std::int16_t IdleMinuteCount = 0;
@@ -140,6 +153,7 @@ private:
     std::vector<PortStatusRecord> PortStatus;
     std::vector<MachineTypeRecord> MachineTypes;
     std::int16_t MachineTypeCount = 0;
+    bool PortSpinNoticeShown = false;
 
     PacketReceiver receiver_;
     PortParmsTables parms_;

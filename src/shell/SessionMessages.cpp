@@ -1,44 +1,25 @@
 #include "shell/SessionMessages.h"
 
+#include "runtime/Text.h"
 #include "shell/VersionRules.h"
 
 #include <initializer_list>
 
 namespace corvane {
 namespace message {
-namespace {
-
-constexpr std::string_view CrLf = "\r\n";
-
-// A message is its lines joined by CR LF; an empty piece is an empty line.
-std::string lines(std::initializer_list<std::string_view> pieces)
-{
-    std::string text;
-    bool first = true;
-    for (std::string_view piece : pieces) {
-        if (!first)
-            text += CrLf;
-        text += piece;
-        first = false;
-    }
-    return text;
-}
-
-} // namespace
-
 std::string alreadyConnected()
 {
-    return lines({"Already connected.  To connect to a different ", "Host please disconnect the current host first."});
+    return joinLines({"Already connected.  To connect to a different ", "Host please disconnect the current host first."});
 }
 
 std::string alreadyConnectedDropDown()
 {
-    return lines({"Already connected.  To connect to a different ", "Host please disconnect from the current Host."});
+    return joinLines({"Already connected.  To connect to a different ", "Host please disconnect from the current Host."});
 }
 
 std::string noAddress()
 {
-    return lines({"No IP address is assigned.  Please select", "a Host with an assigned IP address."});
+    return joinLines({"No IP address is assigned.  Please select", "a Host with an assigned IP address."});
 }
 
 std::string undefinedHost()
@@ -48,7 +29,7 @@ std::string undefinedHost()
 
 std::string connectionTimeOut()
 {
-    return lines({"Connection Time Out.", "", "Another instance of Corvane Remote may be connected",
+    return joinLines({"Connection Time Out.", "", "Another instance of Corvane Remote may be connected",
         "to your target Host.  If not, please check the following:", "",
         "Use the Configuration utility to set both the Host IP Address ",
         "and the Socket Port Number to match the configuration you",
@@ -58,20 +39,20 @@ std::string connectionTimeOut()
 
 std::string fetchVersionTimeout()
 {
-    return lines({"Fetch Version Timeout.", "", "You must be connecting to Corvane ",
+    return joinLines({"Fetch Version Timeout.", "", "You must be connecting to Corvane ",
         "version " + std::string(MinimumHostVersion) + ".xx or later."});
 }
 
 std::string hostTooOld(std::string_view hostVersion)
 {
-    return lines({"You are attempting to connect to Corvane version ",
+    return joinLines({"You are attempting to connect to Corvane version ",
         std::string(hostVersion) + ".  This version of Corvane Remote requires",
         "Corvane version " + std::string(MinimumHostVersion) + ".xx or later."});
 }
 
 std::string upgradeAdvisory(std::string_view hostVersion, std::string_view minimumRemoteVersion)
 {
-    return lines({"The version of Corvane you are connected to",
+    return joinLines({"The version of Corvane you are connected to",
         "-- version " + std::string(hostVersion) + ".xx -- is optimized for use with ",
         "Corvane Remote version " + std::string(minimumRemoteVersion) + ".xx.", "",
         "The version of Corvane Remote you are currently ",
@@ -86,18 +67,18 @@ std::string noSocketConnection()
 
 std::string purgeQuestion()
 {
-    return lines({"This action will purge and reset the specified port.", "Do you want to continue?"});
+    return joinLines({"This action will purge and reset the specified port.", "Do you want to continue?"});
 }
 
 std::string idleLogOff(std::int16_t idleMinutes)
 {
-    return lines(
+    return joinLines(
         {"No User Activity For " + std::to_string(idleMinutes) + " Minutes. ", "Remote Connection Disconnected  "});
 }
 
 std::string insufficientRights()
 {
-    return lines({"You have insufficient computer rights to access this module.", "",
+    return joinLines({"You have insufficient computer rights to access this module.", "",
         "To run this module you need read/write access to ", "LOCAL_MACHINE registry values.", "",
         "This is a system restriction, not a Corvane restriction. ", "",
         "Contact your Systems Administrator if you need access ", "to this module."});
@@ -105,12 +86,12 @@ std::string insufficientRights()
 
 std::string accessDenied()
 {
-    return lines({"Password Security has been compromised.  ", "Reinstall CV Remote."});
+    return joinLines({"Password Security has been compromised.  ", "Reinstall CV Remote."});
 }
 
 std::string duplicatePort(std::string_view portText)
 {
-    return lines({"Port: " + std::string(portText) + " is already assigned to ",
+    return joinLines({"Port: " + std::string(portText) + " is already assigned to ",
         "another Host.  You must assign a unique number."});
 }
 

@@ -25,6 +25,10 @@ inline constexpr std::string_view AccessDeniedTitle = "Corvane Remote Access Den
 std::string duplicatePort(std::string_view portText);
 // Text from the host that is no packet; the one protocol fault the user is shown.
 inline constexpr std::string_view NoPacketString = "No Packet String";
+// The parameter editor's exchanges.
+inline constexpr std::string_view FetchCommParmsTimeout = "Fetch Comm Parms Packet Response Time Exceeds Limit";
+inline constexpr std::string_view FetchMachineTypeTimeout = "Fetch Machine Type Response Time Exceeds Limit";
+inline constexpr std::string_view UpdateNoAck = "Update Packet No Ack Received";
 inline constexpr std::string_view HelpContents = "Please refer to the Communications Parameters Help in Corvane.";
 } // namespace message
 

@@ -37,7 +37,8 @@ public:
     test::SimulatedPlant plant;
     test::ScriptedBoxes boxes;
     test::ManualTimers timers;
-    Services services{*plant.registry, boxes, timers};
+    test::ScriptedDesktop desktop;
+    Services services{*plant.registry, boxes, timers, desktop};
 
     void SetUp() override { plant.folder.useAsStoreRoot(); }
 };
@@ -203,7 +204,7 @@ TEST_F(ConfigurationForm, StartUpFormGuardsTheConfiguration)
     qputenv("CORVANE_REGISTRY_DIR", plant.folder.file("error.log/none").string().c_str());
     plant.folder.write("error.log", "");
     auto unwritable = openSystemRegistry();
-    Services denied{*unwritable, boxes, timers};
+    Services denied{*unwritable, boxes, timers, desktop};
     frmCVRemoteStartup second(denied);
     second.show();
     second.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();

@@ -26,6 +26,7 @@ protected:
 
     void SetUp() override
     {
+        host.announceMachineTypes = false; // each request here gets its own answer and nothing else
         QObject::connect(&host, &HostSimulator::packetReceived, [this] { ++received; });
         ASSERT_TRUE(host.listen());
         ASSERT_TRUE(terminal.connectTo(host.port()));

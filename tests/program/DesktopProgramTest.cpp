@@ -65,7 +65,8 @@ public:
     test::ManualTimers timers;
     std::optional<int> untrappedEnd;
     GenMsgBoxes boxes{[this](int status) { untrappedEnd = status; }};
-    Services services{*plant.registry, boxes, timers};
+    test::ScriptedDesktop desktop;
+    Services services{*plant.registry, boxes, timers, desktop};
     std::unique_ptr<DesktopProgram> program;
     std::optional<int> finished;
 

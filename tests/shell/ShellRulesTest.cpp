@@ -1,3 +1,4 @@
+#include "runtime/KeyFilter.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/GridRules.h"
 #include "shell/SessionMessages.h"

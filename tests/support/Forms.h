@@ -1,7 +1,10 @@
 #pragma once
 
 #include "dialogs/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "support/Wait.h"
+
+#include <QUrl>
 
 #include <QApplication>
 #include <QWidget>
@@ -43,6 +46,29 @@ struct ScriptedBoxes final : MessageBoxes {
     }
 
     void untrappedError(int number) override { untrappedErrors.push_back(number); }
+};
+
+// The desktop as a test scripts it: the folders the browser hands back, and what was opened.
+struct ScriptedDesktop final : Desktop {
+    std::deque<QString> folders; // an empty one is a cancelled browser
+    std::vector<QString> browserTitles;
+    std::vector<QUrl> opened;
+    bool opens = true;
+
+    QString chooseFolder(QWidget*, const QString& title) override
+    {
+        browserTitles.push_back(title);
+        if (folders.empty())
+            return {};
+        QString folder = folders.front();
+        folders.pop_front();
+        return folder;
+    }
+    bool openUrl(const QUrl& url) override
+    {
+        opened.push_back(url);
+        return opens;
+    }
 };
 
 // Calls `answer` with the next modal dialog of type T once it is up. Should none come within

@@ -4,6 +4,7 @@
 #include "dialogs/UntrappedError.h"
 #include "platform/InstalledPrinters.h"
 #include "platform/Latin1.h"
+#include "commparms/forms/frmCommParms.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmSupervisorOps.h"
@@ -90,13 +91,7 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
         [this] { guardedCommand([this] { session_.cmdRefresh_Click(); }); });
     connect(ui->cmdPurgeAndReset, &QPushButton::clicked, this,
         [this] { guardedCommand([this] { session_.cmdPurgeAndReset_Click(); }); });
-    connect(ui->cmdCommParms, &QPushButton::clicked, this, [this] {
-        guardedCommand([this] {
-            // The parameter editor opens here once it exists; until then the check is all.
-            session_.cmdCommParms_Click(
-                [this] { return Check_Access(store_, CommParmsRight, TrueValue, prompts_) != 0; });
-        });
-    });
+    connect(ui->cmdCommParms, &QPushButton::clicked, this, [this] { guardedCommand([this] { openCommParms(); }); });
     connect(ui->cmdSetBook, &QPushButton::clicked, this, [this] { formBookmark_ = currentBookmark_; });
     connect(ui->cmdGetBook, &QPushButton::clicked, this, [this] { setCurrentRow(formBookmark_); });
 
@@ -261,6 +256,20 @@ void frmCVRemote::openConfiguration()
     selectHost(session_.hostIndex());
 }
 
+// One editor at a time: while one loads or is open, the button does nothing more.
+void frmCVRemote::openCommParms()
+{
+    if (editorOpen_)
+        return;
+    if (!session_.cmdCommParms_Click([this] { return Check_Access(store_, CommParmsRight, TrueValue, prompts_) != 0; }))
+        return;
+    editorOpen_ = true;
+    frmCommParms editor(session_, services_, this);
+    Q_EMIT commParmsOpened(editor);
+    editor.run();
+    editorOpen_ = false;
+}
+
 void frmCVRemote::changeUser()
 {
     login_.LoginMode = LoginModeChangeUser;
@@ -279,6 +288,11 @@ void frmCVRemote::rowChanged(int row)
     session_.rowChanged(row);
     ui->NotFTP->setVisible(isFtpTypeMode(session_.statusOfRow(row)));
     setNotFtpColour(Qt::black);
+}
+
+void frmCVRemote::selectRow(int row)
+{
+    ui->tgMainScreen->setCurrentIndex(model_.index(row, 0));
 }
 
 void frmCVRemote::setCurrentRow(const std::optional<std::string>& bookmark)
@@ -323,6 +337,7 @@ void frmCVRemote::portTableChanged()
     model_.refresh();
     bar->setValue(position);
     setCurrentRow(currentBookmark_);
+    Q_EMIT portTableUpdated();
 }
 
 void frmCVRemote::rememberGridPosition()

@@ -7,7 +7,7 @@
 #include "shell/HostSession.h"
 #include "shell/PortStatusModel.h"
 #include "shell/SessionUi.h"
-#include "shell/forms/Services.h"
+#include "dialogs/Services.h"
 
 #include <QMainWindow>
 
@@ -19,6 +19,8 @@ class frmCVRemote;
 }
 
 namespace corvane {
+
+class frmCommParms;
 
 // The main window: host picker and connection, the port grid, the port commands, the menus.
 // It owns the host session and answers what the session shows and asks. It never ends the
@@ -35,12 +37,18 @@ public:
     const UserStore& users() const { return store_; }
     // Selects host n (1-5) as a click in the picker would; false for a host there is not.
     bool selectHost(int n);
+    // Makes grid row `row` the current one, as a click on it would.
+    void selectRow(int row);
 
 Q_SIGNALS:
     // The start-up log-in has been answered: the program is ready for its user.
     void loggedIn();
     // The program ends with this exit status (window closed, idle log-off, no user store).
     void programEnded(int exitStatus);
+    // The parameter editor is about to load and show (the pictures of the demo take it).
+    void commParmsOpened(frmCommParms& editor);
+    // A status reply has been shown in the grid.
+    void portTableUpdated();
 
 protected:
     bool event(QEvent* event) override;
@@ -69,6 +77,7 @@ private:
     void showSetupUsers();
     void openConfiguration();
     void changeUser();
+    void openCommParms();
     template <typename Body> void guardedCommand(Body&& body);
     std::string title() const;
 
@@ -83,6 +92,7 @@ private:
     PortStatusModel model_;
     bool firstActivation_ = true;
     bool activating_ = false;
+    bool editorOpen_ = false;
     std::optional<std::string> currentBookmark_; // the row the user last moved to
     std::optional<std::string> rememberedBookmark_; // put back after a disconnect
     std::optional<std::string> formBookmark_; // Set Bookmark / Get Bookmark

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ProgramTimer.h"
-#include "shell/forms/Services.h"
+#include "dialogs/Services.h"
 
 #include <QMainWindow>
 

@@ -2,6 +2,7 @@
 
 #include "dialogs/MessageBoxes.h"
 #include "shell/HostConfiguration.h"
+#include "platform/DigitField.h"
 #include "platform/Latin1.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/SessionMessages.h"
@@ -11,9 +12,7 @@
 #include "runtime/RunTimeError.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 
-#include <algorithm>
 
 namespace corvane {
 
@@ -41,10 +40,10 @@ frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxe
         connect(ports_[i], &QLineEdit::textEdited, this, [this, n] { portEdited(n); });
         connect(ports_[i], &QLineEdit::editingFinished, this, [this, n] { storePort(n); });
         connect(defaults[i], &QPushButton::clicked, this, [this, n] { setDefault(n); });
-        digitsOnly(*ports_[i]);
+        DigitField::apply(*ports_[i]);
     }
     ui->txtIdleMinutes->setText(QString::number(config.IdleMinutes));
-    digitsOnly(*ui->txtIdleMinutes);
+    DigitField::apply(*ui->txtIdleMinutes);
     connect(ui->txtIdleMinutes, &QLineEdit::textEdited, this, &frmConfiguration::idleEdited);
     connect(ui->cmdSaveHostIP, &QPushButton::clicked, this, &frmConfiguration::save);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &frmConfiguration::cancel);
@@ -52,34 +51,12 @@ frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxe
 
 frmConfiguration::~frmConfiguration() = default;
 
-// Digits get in by typing only: no paste, no dropped text, no context menu to paste from.
-void frmConfiguration::digitsOnly(QLineEdit& field)
-{
-    field.installEventFilter(this);
-    field.setContextMenuPolicy(Qt::NoContextMenu);
-    field.setAcceptDrops(false);
-}
-
 void frmConfiguration::Populate_Host_Fields(int n)
 {
     const auto i = static_cast<std::size_t>(n);
     names_[i]->setText(config_.HostNames[i]);
     addresses_[i]->setText(config_.HostIPs[i]);
     ports_[i]->setText(QString::number(config_.SocketPorts[i]));
-}
-
-// Port and idle fields take typed digits and backspace; any other typed character is dropped,
-// and so is a paste. Keys that type nothing (Tab, arrows, Enter, Escape, Delete) do their work.
-bool frmConfiguration::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::KeyPress) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        const QString text = key->text();
-        if (key->matches(QKeySequence::Paste)
-            || std::any_of(text.cbegin(), text.cend(), [](QChar c) { return typedCharacterDiscarded(c.unicode()); }))
-            return true;
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 void frmConfiguration::portEdited(int n)

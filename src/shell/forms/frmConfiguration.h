@@ -27,11 +27,7 @@ public:
 
     void Populate_Host_Fields(int n);
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    void digitsOnly(QLineEdit& field);
     void portEdited(int n);
     void storePort(int n);
     void storePorts();

@@ -1,0 +1,112 @@
+#include "commparms/forms/CommTabSerial.h"
+
+#include "dialogs/forms/CommMessage.h"
+#include "platform/DigitField.h"
+#include "ui_CommTabSerial.h"
+
+#include <QButtonGroup>
+
+namespace corvane {
+namespace {
+
+const char* const Protocols[] = {"General", "Mazatrol CMT", "Heidenhain Blockwise", "Bridgeport DNC Link", "GE 2000",
+    "Moog S-24", "K&T"};
+
+} // namespace
+
+CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
+    : CommParmsPage(editor, parent)
+    , ui(std::make_unique<Ui::CommTabSerial>())
+{
+    ui->setupUi(this);
+    for (const std::int32_t rate : BaudRates)
+        ui->BaudRates->addItem(QString::number(rate));
+    for (const char* name : Protocols)
+        ui->SpecificProtocols->addItem(QLatin1String(name));
+    for (const std::string_view caption : EndOfBlockCaptions)
+        ui->EndofBlock->addItem(QLatin1String(caption.data(), static_cast<qsizetype>(caption.size())));
+    dataType_ = &choices("DataType", 4);
+    parity_ = &choices("Parity", 3);
+    dataBits_ = &choices("DataBits", 2);
+    stopBits_ = &choices("StopBits", 2);
+    handshake_ = &choices("Handshake", 3);
+    // Backspace too is dropped here, unlike the other number fields.
+    DigitField::apply(*ui->txtEobNumNulls, TypedKeys::DigitsOnly);
+
+    const auto index = [](int i) { return static_cast<std::int16_t>(i); };
+    connect(ui->BaudRates, &QComboBox::activated, this, [this, index](int i) {
+        editor_.changed(BaudRates_Click(editor_.comm(), index(i), editor_.flags()), true);
+    });
+    connect(ui->SpecificProtocols, &QComboBox::activated, this, [this, index](int i) {
+        editor_.changed(SpecificProtocols_Click(editor_.comm(), index(i), editor_.flags()), true);
+    });
+    connect(ui->EndofBlock, &QComboBox::activated, this, [this, index](int i) {
+        editor_.changed(EndofBlock_Click(editor_.comm(), index(i), editor_.flags()), true);
+    });
+    connect(dataType_, &QButtonGroup::idClicked, this, [this, index](int code) {
+        // The parity, data bits and end of block it forces are shown at once.
+        editor_.changed(DataType_Click(editor_.comm(), index(code), editor_.flags()), true);
+    });
+    connect(parity_, &QButtonGroup::idClicked, this, [this, index](int code) {
+        editor_.comm().Parity = index(code);
+        editor_.changed();
+    });
+    connect(dataBits_, &QButtonGroup::idClicked, this, [this, index](int code) {
+        editor_.comm().DataBits = index(code);
+        editor_.changed();
+    });
+    connect(stopBits_, &QButtonGroup::idClicked, this, [this, index](int code) {
+        editor_.comm().StopBits = index(code);
+        editor_.changed();
+    });
+    connect(handshake_, &QButtonGroup::idClicked, this, [this, index](int code) {
+        editor_.changed(Handshake_Click(editor_.comm(), index(code), editor_.flags()));
+    });
+    connect(ui->txtEobNumNulls, &QLineEdit::textEdited, this, [this] {
+        const RuleOutcome outcome = eobNullsChanged(editor_.comm(), textOf(*ui->txtEobNumNulls), editor_.flags());
+        if (outcome.text)
+            show(*ui->txtEobNumNulls, *outcome.text);
+        editor_.changed(outcome);
+    });
+    connect(ui->StripTrailingEOB, &QCheckBox::clicked, this, [this](bool ticked) {
+        editor_.comm().StripTrailingEob = flagOf(ticked);
+        editor_.changed();
+    });
+    connect(ui->HandleFramingError, &QCheckBox::clicked, this, [this](bool ticked) {
+        editor_.comm().HandleFramingError = flagOf(ticked);
+        editor_.changed();
+    });
+    connect(ui->ckEnableNoWaitRead, &QCheckBox::clicked, this, [this](bool ticked) {
+        if (ckEnableNoWaitRead_Click(editor_.comm(), ticked, editor_.flags())) {
+            CommMessage notice(this);
+            notice.exec();
+        }
+        editor_.changed();
+    });
+}
+
+CommTabSerial::~CommTabSerial() = default;
+
+void CommTabSerial::showRecord()
+{
+    const PortCommParms& p = editor_.comm();
+    showIndex(*ui->BaudRates, p.Baud);
+    showIndex(*ui->SpecificProtocols, p.SpecificProtocol);
+    showChoice(*dataType_, p.DataType);
+    showChoice(*parity_, p.Parity);
+    showChoice(*dataBits_, p.DataBits);
+    showChoice(*stopBits_, p.StopBits);
+    showChoice(*handshake_, p.Handshaking);
+    showIndex(*ui->EndofBlock, p.EobConversion);
+    show(*ui->txtEobNumNulls, std::to_string(p.EobNullNumber));
+    show(*ui->StripTrailingEOB, p.StripTrailingEob != 0);
+    show(*ui->HandleFramingError, p.HandleFramingError != 0);
+    show(*ui->ckEnableNoWaitRead, p.bEnableNoWaitRead != 0);
+}
+
+void CommTabSerial::showStates()
+{
+    ui->fraHandshake->setEnabled(commControlStates(editor_.comm()).handshakeFrame);
+}
+
+} // namespace corvane

@@ -1,0 +1,71 @@
+#include "commparms/forms/ParmsEditing.h"
+
+#include "platform/DigitField.h"
+#include "platform/Latin1.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QRadioButton>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+namespace corvane {
+
+CommParmsPage::CommParmsPage(ParmsEditing& editor, QWidget* parent)
+    : QWidget(parent)
+    , editor_(editor)
+{
+}
+
+void CommParmsPage::show(QLineEdit& field, const std::string& text)
+{
+    const QString shown = fromLatin1Bytes(text);
+    if (field.text() != shown)
+        field.setText(shown);
+}
+
+void CommParmsPage::show(QAbstractButton& box, bool ticked)
+{
+    const QSignalBlocker quiet(box);
+    box.setChecked(ticked);
+}
+
+void CommParmsPage::showIndex(QComboBox& list, int index)
+{
+    const QSignalBlocker quiet(list);
+    list.setCurrentIndex(index >= 0 && index < list.count() ? index : -1);
+}
+
+void CommParmsPage::showChoice(QButtonGroup& group, int code)
+{
+    const QSignalBlocker quiet(group);
+    if (QAbstractButton* button = group.button(code)) {
+        button->setChecked(true);
+        return;
+    }
+    group.setExclusive(false);
+    for (QAbstractButton* button : group.buttons())
+        button->setChecked(false);
+    group.setExclusive(true);
+}
+
+QButtonGroup& CommParmsPage::choices(const char* prefix, int count)
+{
+    auto* group = new QButtonGroup(this);
+    for (int code = 0; code < count; ++code)
+        group->addButton(findChild<QRadioButton*>(QLatin1String(prefix) + QLatin1Char('_') + QString::number(code)), code);
+    return *group;
+}
+
+void CommParmsPage::digitsOnly(QLineEdit& field)
+{
+    DigitField::apply(field);
+}
+
+std::string CommParmsPage::textOf(const QLineEdit& field)
+{
+    return toLatin1Bytes(field.text());
+}
+
+} // namespace corvane

@@ -1,0 +1,269 @@
+#include "commparms/forms/frmCommParms.h"
+
+#include "commparms/ParmsLink.h"
+#include "commparms/forms/CommTabDataCollection.h"
+#include "commparms/forms/CommTabOptions.h"
+#include "commparms/forms/CommTabRequests.h"
+#include "commparms/forms/CommTabSerial.h"
+#include "commparms/forms/CommTabStrings.h"
+#include "dialogs/MessageBoxes.h"
+#include "dialogs/ProgramHelp.h"
+#include "dialogs/Services.h"
+#include "platform/DigitField.h"
+#include "platform/Latin1.h"
+#include "runtime/ErrorLog.h"
+#include "ui_frmCommParms.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace corvane {
+
+frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::frmCommParms>())
+    , link_(link)
+    , services_(services)
+{
+    ui->setupUi(this);
+    serial_ = new CommTabSerial(*this, ui->CommTab);
+    requests_ = new CommTabRequests(*this, ui->CommTab);
+    options_ = new CommTabOptions(*this, ui->CommTab);
+    strings_ = new CommTabStrings(*this, ui->CommTab);
+    collection_ = new CommTabDataCollection(*this, ui->CommTab);
+    ui->CommTab->addTab(serial_, QStringLiteral("Communications"));
+    ui->CommTab->addTab(requests_, QStringLiteral("Remote Request"));
+    ui->CommTab->addTab(options_, QStringLiteral("Options"));
+    ui->CommTab->addTab(strings_, QStringLiteral("Start/End Strings"));
+    ui->CommTab->addTab(collection_, QStringLiteral("Data Collection"));
+    pages_ = {serial_, requests_, options_, strings_, collection_};
+    ui->lblPending->setVisible(false);
+    ui->PortSpin->setRange(0, static_cast<int>(link.parmsTables().PortCommParmsTable.size()) - 1);
+    ui->PortSpin->setKeyboardTracking(false); // a port is fetched once its number is complete
+    DigitField::apply(*ui->txtCommPort);
+
+    connect(ui->WorkstationName, &QLineEdit::textEdited, this, [this](const QString& text) {
+        comm().wstat_name = toLatin1Bytes(text);
+        changed({}, false);
+    });
+    connect(ui->txtCommPort, &QLineEdit::textEdited, this, [this](const QString& text) {
+        comm().Port_No = numberFieldValue(toLatin1Bytes(text));
+        changed({}, false);
+    });
+    connect(ui->cboMachineTypes, &QComboBox::activated, this, [this](int index) {
+        const std::int32_t id = ui->cboMachineTypes->itemData(index).toInt();
+        if (id >= INT16_MIN && id <= INT16_MAX)
+            comm().Machine_Unique_Id = static_cast<std::int16_t>(id);
+        changed({}, false);
+    });
+    connect(ui->PortSpin, &QSpinBox::valueChanged, this, &frmCommParms::PortSpin_Change);
+    connect(ui->cmdUpdate, &QPushButton::clicked, this, &frmCommParms::cmdUpdate_Click);
+    connect(ui->cmdExit, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmCommParms::~frmCommParms()
+{
+    if (busyCursor_)
+        QApplication::restoreOverrideCursor();
+}
+
+PortCommParms& frmCommParms::comm()
+{
+    return link_.parmsTables().commParms(CurrentPort);
+}
+
+DataCollectionParms& frmCommParms::collection()
+{
+    return link_.parmsTables().dataCollection(CurrentPort);
+}
+
+int frmCommParms::run()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor); // until the form is up
+    busyCursor_ = true;
+    Form_Load();
+    return exec();
+}
+
+void frmCommParms::Form_Load()
+{
+    IsSwitchingPort = true;
+    const SinglePortMode single = link_.singlePortMode();
+    ui->lblSinglePortModeOn->setVisible(single.on);
+    ui->lblSingleDNCCommPort->setVisible(single.on);
+    ui->lblSingleDNCCommPort->setText(QStringLiteral("Using COMM: ") + QString::number(single.commPort));
+    ui->txtCommPort->setReadOnly(single.on);
+    IsActivated = false;
+    // The grid row taken as it stands; beyond the spinner's range, its largest value.
+    showPort(link_.selectedPortIndex());
+    ui->CommTab->setCurrentIndex(0);
+    IsSwitchingPort = false;
+}
+
+bool frmCommParms::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
+    return QDialog::event(event);
+}
+
+// Without a window manager the form may never be activated: being shown counts.
+void frmCommParms::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (!IsActivated)
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (!IsActivated)
+                    Form_Activate();
+            },
+            Qt::QueuedConnection);
+}
+
+void frmCommParms::Form_Activate()
+{
+    ParmsChanged = false;
+    if (busyCursor_) {
+        QApplication::restoreOverrideCursor();
+        busyCursor_ = false;
+    }
+    const bool first = !IsActivated;
+    IsActivated = true;
+    if (first)
+        Q_EMIT activated();
+}
+
+void frmCommParms::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_F1) {
+        showHelp();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void frmCommParms::showHelp()
+{
+    showProgramHelp(services_.desktop, services_.boxes, QStringLiteral("commparms"));
+}
+
+// The user moved to another port: told once per run that Update sends the shown port only,
+// then the port is fetched and shown. The spinner waits while a port is on its way.
+void frmCommParms::PortSpin_Change(int value)
+{
+    if (IsSwitchingPort)
+        return;
+    IsSwitchingPort = true;
+    ui->PortSpin->setEnabled(false);
+    if (!link_.portSpinNoticeShown()) {
+        link_.setPortSpinNoticeShown();
+        tell({portSpinNotice()});
+    }
+    showPort(value);
+    ui->PortSpin->setEnabled(true);
+    IsSwitchingPort = false;
+}
+
+void frmCommParms::showPort(int value)
+{
+    value = std::clamp(value, ui->PortSpin->minimum(), ui->PortSpin->maximum());
+    {
+        const QSignalBlocker quiet(ui->PortSpin);
+        ui->PortSpin->setValue(value);
+    }
+    ui->SpinPort->setText(QString::number(value));
+    CurrentPort = static_cast<std::int16_t>(value);
+    link_.FetchCommParms(CurrentPort);
+    ui->lblPending->setVisible(true);
+    link_.RefreshPortStates();
+    ui->lblPending->setVisible(false);
+    ShowPortParms();
+}
+
+void frmCommParms::ShowPortParms()
+{
+    const PortCommParms& p = comm();
+    const auto show = [](QLineEdit& field, const std::string& text) {
+        if (field.text() != fromLatin1Bytes(text))
+            field.setText(fromLatin1Bytes(text));
+    };
+    show(*ui->WorkstationName, p.wstat_name);
+    show(*ui->txtCommPort, std::to_string(p.Port_No));
+    for (CommParmsPage* page : pages_)
+        if (page != serial_ && page != options_)
+            page->showRecord();
+    SetDataValues();
+    Match_cboMachineTypesIndex();
+    showStates();
+}
+
+void frmCommParms::SetDataValues()
+{
+    IsLoading = true;
+    serial_->showRecord();
+    options_->showRecord();
+    IsLoading = false;
+}
+
+// The machine types as the host last listed them; the port's own selected, or the selection
+// left as it was when the list has no such type.
+void frmCommParms::Match_cboMachineTypesIndex()
+{
+    const std::vector<MachineTypeRecord>& types = link_.machineTypes();
+    if (ui->cboMachineTypes->count() != static_cast<int>(types.size())) {
+        const QSignalBlocker quiet(ui->cboMachineTypes);
+        ui->cboMachineTypes->clear();
+        for (const MachineTypeRecord& type : types)
+            ui->cboMachineTypes->addItem(fromLatin1Bytes(type.machine_type), type.unique_id);
+    }
+    for (std::size_t i = 0; i < types.size(); ++i)
+        if (types[i].unique_id == comm().Machine_Unique_Id) {
+            const QSignalBlocker quiet(ui->cboMachineTypes);
+            ui->cboMachineTypes->setCurrentIndex(static_cast<int>(i));
+            return;
+        }
+}
+
+void frmCommParms::showStates()
+{
+    for (CommParmsPage* page : pages_)
+        page->showStates();
+}
+
+void frmCommParms::changed(const RuleOutcome& outcome, bool showAll)
+{
+    ParmsChanged = true;
+    link_.resetIdleCount();
+    if (showAll)
+        ShowPortParms();
+    else
+        showStates();
+    for (const RuleMessage& message : outcome.messages)
+        tell(message);
+}
+
+void frmCommParms::tell(const RuleMessage& message)
+{
+    services_.boxes.MsgBox(message.text, message.style,
+        message.title.empty() ? toLatin1Bytes(QApplication::applicationName()) : message.title);
+}
+
+// The shown port goes back to the host; the port cannot change under the update, and a second
+// update cannot start inside the first. The trailer's failure on a closed socket is trapped.
+void frmCommParms::cmdUpdate_Click()
+{
+    ui->cmdUpdate->setEnabled(false);
+    ui->PortSpin->setEnabled(false);
+    link_.resetIdleCount();
+    const std::int16_t port = CurrentPort;
+    runTrapped(location::CommParmsUpdate, [&] { link_.UpdateCommParms(port); });
+    ui->PortSpin->setEnabled(true);
+    ui->cmdUpdate->setEnabled(true);
+}
+
+} // namespace corvane
