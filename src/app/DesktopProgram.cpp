@@ -5,6 +5,8 @@
 
 #include <QPushButton>
 
+#include <memory>
+
 namespace corvane {
 
 DesktopProgram::DesktopProgram(ProgramOptions options, Services& services, QObject* parent)
@@ -40,6 +42,22 @@ void DesktopProgram::openMainWindow()
             if (*options_.connectHost >= 1)
                 main_->selectHost(*options_.connectHost);
             main_->findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+        });
+    }
+    if (options_.editPort) {
+        // Once connected and the port states are in, the port's row and the button, as a user would.
+        auto once = std::make_shared<QMetaObject::Connection>();
+        *once = connect(main_, &frmCVRemote::portTableUpdated, this, [this, once] {
+            if (main_->session().connectState() != ConnectState::Connected)
+                return;
+            disconnect(*once);
+            QMetaObject::invokeMethod(
+                this,
+                [this] {
+                    main_->selectRow(*options_.editPort - 1);
+                    main_->findChild<QPushButton*>(QStringLiteral("cmdCommParms"))->click();
+                },
+                Qt::QueuedConnection);
         });
     }
     main_->show();

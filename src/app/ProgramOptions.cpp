@@ -1,6 +1,7 @@
 #include "app/ProgramOptions.h"
 
 #include "shell/ConfigurationRules.h"
+#include "shell/GridRules.h"
 
 #include <QCommandLineParser>
 
@@ -19,6 +20,10 @@ struct Parser {
     QCommandLineOption demo{QStringLiteral("demo"),
         QStringLiteral("Run against a simulated host in this process, with a throw-away user store, registry and "
                        "program folder.")};
+    QCommandLineOption editPort{QStringLiteral("edit-port"),
+        QStringLiteral("With --connect: once connected, open the parameter editor for the port shown as P (1 to "
+                       "128) in the grid, as selecting its row and pressing View And Reset Comm Parameters would."),
+        QStringLiteral("P")};
     QCommandLineOption screenshot{QStringLiteral("screenshot"),
         QStringLiteral("With --demo: write PNGs of the start-up form, the connected main window and the "
                        "configuration form to DIR, then exit."),
@@ -30,7 +35,7 @@ struct Parser {
             QStringLiteral("Remote terminal of a DNC host.\n\n"
                            "  --connect[=N]            connect to host N (1 to 5; default: the last host) once the\n"
                            "                           main window is up and the log-in answered"));
-        parser.addOptions({help, version, createStore, demo, screenshot});
+        parser.addOptions({help, version, createStore, demo, screenshot, editPort});
     }
 };
 
@@ -84,6 +89,18 @@ ParsedOptions parseProgramOptions(const QStringList& arguments)
     o.screenshotFolder = p.parser.value(p.screenshot);
     if (p.parser.isSet(p.screenshot) && !o.demo)
         parsed.error = QStringLiteral("--screenshot goes with --demo");
+    if (p.parser.isSet(p.editPort)) {
+        bool number = false;
+        const int port = p.parser.value(p.editPort).toInt(&number);
+        if (!number || port < 1 || port > GridRows)
+            parsed.error = QStringLiteral("--edit-port takes a port from 1 to %1, not \"%2\"")
+                               .arg(GridRows)
+                               .arg(p.parser.value(p.editPort));
+        else if (!o.connectHost)
+            parsed.error = QStringLiteral("--edit-port goes with --connect");
+        else
+            o.editPort = port;
+    }
     return parsed;
 }
 

@@ -15,6 +15,7 @@ struct ProgramOptions {
     bool demo = false;
     QString screenshotFolder; // with the demo: take the pictures here, then end
     std::optional<int> connectHost; // --connect: 0 for the last host used, else host 1-5
+    std::optional<int> editPort; // --edit-port: the port shown as 1-128 in the grid
 
     // Whether the options want windows (and so a display).
     bool wantsWindows() const { return !help && !version && !createUserStore; }

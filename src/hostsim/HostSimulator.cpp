@@ -162,6 +162,10 @@ void HostSimulator::answer(const std::string& packet)
     switch (*type) {
     case packet_type::VersionRequest:
         reply(versionReply(faults.version, faults.minimumRemoteVersion));
+        if (announceMachineTypes && !typesAnnounced_) {
+            typesAnnounced_ = true;
+            enqueue(machineTypesReply(plant_.machineTypes), false);
+        }
         break;
     case packet_type::StatusRequest:
         if (faults.bigPacketSize > 0 && !bigPacketSent_) {
@@ -171,10 +175,6 @@ void HostSimulator::answer(const std::string& packet)
         }
         plant_.advance();
         reply(statusReply(plant_.status));
-        if (announceMachineTypes && !typesAnnounced_) {
-            typesAnnounced_ = true;
-            enqueue(machineTypesReply(plant_.machineTypes), false);
-        }
         break;
     case packet_type::MachineTypeRequest:
         reply(machineTypesReply(plant_.machineTypes));

@@ -61,7 +61,7 @@ public:
     bool hasTerminal() const { return terminal_ != nullptr; }
 
     Faults faults;
-    // Its machine-type list (type 150) goes out unasked once a connection, after the first status
+    // Its machine-type list (type 150) goes out unasked once a connection, after the version
     // reply, as the terminal's editor never asks for it.
     bool announceMachineTypes = true;
     Plant& plant() { return plant_; }

@@ -41,6 +41,9 @@ TEST(DesktopProgram, OptionsItCannotUseAreRefusedBeforeAnyWindow)
         {{QStringLiteral("--demo"), QStringLiteral("--bogus")}, "Unknown option 'bogus'"},
         {{QStringLiteral("--screenshot"), QStringLiteral("x")}, "--screenshot goes with --demo"},
         {{QStringLiteral("stray")}, "Unexpected argument 'stray'"},
+        {{QStringLiteral("--edit-port"), QStringLiteral("3")}, "--edit-port goes with --connect"},
+        {{QStringLiteral("--connect"), QStringLiteral("--edit-port"), QStringLiteral("129")},
+            "--edit-port takes a port from 1 to 128"},
     };
     for (const auto& c : cases) {
         const test::ProgramRun r = run(c.arguments, noDisplay);
@@ -49,7 +52,7 @@ TEST(DesktopProgram, OptionsItCannotUseAreRefusedBeforeAnyWindow)
     }
     const test::ProgramRun help = run({QStringLiteral("--help")}, noDisplay);
     EXPECT_EQ(help.exitCode, 0);
-    for (const char* option : {"--demo", "--screenshot", "--connect", "--create-user-store"})
+    for (const char* option : {"--demo", "--screenshot", "--connect", "--edit-port", "--create-user-store"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
 }
 
@@ -66,7 +69,8 @@ TEST(DesktopProgram, TheDemoTakesItsPicturesWithOrWithoutAWindowManager)
         const test::ProgramRun r = bareX ? test::runProgram(xvfbRun, QStringList{QStringLiteral("-a"), Remote} + demo, noDisplay)
                                          : run(demo, noDisplay);
         EXPECT_EQ(r.exitCode, 0) << (bareX ? "bare X: " : "offscreen: ") << r.err.toStdString();
-        for (const char* picture : {"startup.png", "main.png", "configuration.png"})
+        for (const char* picture : {"startup.png", "main.png", "configuration.png", "commparms-1.png",
+                 "commparms-5.png", "filenotfound.png"})
             EXPECT_TRUE(folder.exists(picture) && std::filesystem::file_size(folder.file(picture)) > 1000u) << picture;
     }
 }

@@ -7,6 +7,9 @@
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmTempMsg.h"
+#include "commparms/forms/frmCommParms.h"
+#include "hostsim/HostPackets.h"
+#include "protocol/Requests.h"
 #include "shell/SessionMessages.h"
 #include "shell/forms/frmConfiguration.h"
 #include "support/Forms.h"
@@ -15,6 +18,8 @@
 #include "support/Users.h"
 
 #include <QAction>
+#include <QComboBox>
+#include <QTabWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -244,6 +249,86 @@ TEST_F(Program, TheAccessBoxShowsItsCaptionWhole)
     window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
     EXPECT_GE(boxWidth, captionNeeds);
     EXPECT_LE(textWidth, 300);
+}
+
+// From the main window a user opens a port, changes it under the rules and saves it to the host.
+TEST_F(Program, TheEditorOpensAPortAndSavesItsChangesToTheHost)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ProgramOptions options = connectingTo(1);
+    options.editPort = 15; // EDM 1, the grid's port 15: row 14 on the wire
+    QString name;
+    whenBox<frmCommParms>([](frmCommParms&) { return true; },
+        [&](frmCommParms& editor) {
+            name = control<QLineEdit>(editor, "WorkstationName").text();
+            control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
+            auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
+            footer.setFocus();
+            footer.selectAll();
+            QTest::keyClicks(&footer, QStringLiteral("M99"));
+            QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+            QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+        });
+    start(options);
+    ASSERT_TRUE(waitFor([&] { return plant.host.updatesCompleted() == 1; }));
+    EXPECT_EQ(name, QStringLiteral("EDM 1"));
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].ConfirmFooter, "M99");
+    const std::string request = Build_Port_Parms_Request(1, 14).substr(1);
+    EXPECT_NE(std::find(plant.received.begin(), plant.received.end(), request), plant.received.end());
+}
+
+// A box of the editor holds up nothing: the port states the host pushes while the baud warning
+// is up reach the grid underneath it.
+TEST_F(Program, ArrivalsGoOnWhileABoxOfTheEditorIsUp)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ProgramOptions options = connectingTo(1);
+    options.editPort = 1;
+    bool arrivedUnderTheBox = false;
+    whenBox<frmCommParms>([](frmCommParms&) { return true; },
+        [&](frmCommParms& editor) {
+            whenBox<QMessageBox>([&](QMessageBox& box) {
+                if (!box.text().startsWith(QLatin1String("Some communications ports")))
+                    return false;
+                if (program->mainWindow()->session().portStatus()[0].WorkstationName != "PUSHED") {
+                    plant.host.sendRaw(hostsim::statusReply({{"PUSHED", "", "Idle", "0", "1"}}));
+                    return false;
+                }
+                return true;
+            },
+                [&](QMessageBox& box) {
+                    arrivedUnderTheBox = true;
+                    QTest::keyClick(&box, Qt::Key_Return);
+                });
+            auto& rates = control<QComboBox>(editor, "BaudRates");
+            rates.setFocus();
+            QTest::keyClick(&rates, Qt::Key_End); // 256000
+            QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+        });
+    start(options);
+    ASSERT_TRUE(waitFor([&] { return arrivedUnderTheBox; }));
+}
+
+// Saving after the connection went: no section goes out, nothing is said, and the trailer's
+// failure is written down by the update's trap.
+TEST_F(Program, SavingWithoutAConnectionIsTrappedNotShown)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ProgramOptions options = connectingTo(1);
+    options.editPort = 3;
+    std::optional<bool> noBoxCameUp;
+    whenBox<frmCommParms>([](frmCommParms&) { return true; },
+        [&](frmCommParms& editor) {
+            program->mainWindow()->session().closeSocket();
+            QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+            noBoxCameUp = QApplication::activeModalWidget() == &editor;
+            editor.accept();
+        });
+    start(options);
+    ASSERT_TRUE(waitFor([&] { return noBoxCameUp.has_value(); }));
+    EXPECT_TRUE(*noBoxCameUp);
+    EXPECT_EQ(plant.receivedOfType(packet_type::PortParms), 0u);
+    EXPECT_NE(plant.folder.read("error.log").find("Error Location 311 Err = 40006 "), std::string::npos);
 }
 
 TEST_F(Program, ClosingTheMainWindowEndsTheProgram)

@@ -1,5 +1,7 @@
 #include "shell/HostSession.h"
+#include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
+#include "runtime/RunTimeError.h"
 #include "shell/HostConfiguration.h"
 #include "shell/SessionMessages.h"
 #include "support/ManualTimers.h"
@@ -328,6 +330,107 @@ TEST_F(Session, ACancelledWaitLeavesLaterWaitsAlone)
         },
         Qt::QueuedConnection);
     EXPECT_TRUE(session->waitUntil([&] { return flag; }));
+}
+
+// The editor's exchanges: each request awaited, each wait ended by the reply or by tmrPacketWait,
+// which the test ticks when the host has taken the request in and stays silent.
+class Exchange : public Session {
+public:
+    // Ticks tmrPacketWait once the host holds `count` packets of this type.
+    void expireWhenHostHas(std::int16_t type, std::size_t count)
+    {
+        test::whenReady([this, type, count]() -> bool* {
+            static bool ready = true;
+            return plant->receivedOfType(type) >= count ? &ready : nullptr;
+        },
+            [this](bool&) { timers.fire("tmrPacketWait"); });
+    }
+};
+
+TEST_F(Exchange, FetchThenUpdateRoundTripsChangesIntoTheHostsStore)
+{
+    connectAndFill();
+    const std::int16_t port = 14;
+    ASSERT_TRUE(session->FetchCommParms(port));
+    PortParmsTables& mine = session->parmsTables();
+    EXPECT_EQ(mine.PortCommParmsTable[port], host().plant().parms.PortCommParmsTable[port]);
+    EXPECT_EQ(mine.DataCollectionTable[port], host().plant().parms.DataCollectionTable[port]);
+
+    mine.PortCommParmsTable[port].ConfirmFooter = "M30";
+    mine.DataCollectionTable[port].MaxDataSegment = 750;
+    ASSERT_TRUE(session->UpdateCommParms(port));
+    ASSERT_TRUE(waitFor([this] { return host().updatesCompleted() == 1; }));
+    EXPECT_EQ(host().plant().parms.PortCommParmsTable[port].ConfirmFooter, "M30");
+    EXPECT_EQ(host().plant().parms.DataCollectionTable[port].MaxDataSegment, 750);
+    EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 6u);
+    EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(Exchange, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
+{
+    connectAndFill();
+    host().faults.ackSectionsUpTo = 2;
+    expireWhenHostHas(packet_type::PortParms, 3);
+    EXPECT_FALSE(session->UpdateCommParms(3));
+    EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::UpdateNoAck)});
+    EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 3u) << "nothing after the unacknowledged section";
+    EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u);
+}
+
+TEST_F(Exchange, ASilentHostStopsTheFetchAtItsFirstSection)
+{
+    connectAndFill();
+    host().faults.silent = true;
+    expireWhenHostHas(packet_type::PortParmsRequest, 1);
+    EXPECT_FALSE(session->FetchCommParms(5));
+    EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::FetchCommParmsTimeout)});
+    EXPECT_EQ(plant->receivedOfType(packet_type::PortParmsRequest), 1u);
+
+    ui.messages.clear();
+    expireWhenHostHas(packet_type::MachineTypeRequest, 1);
+    EXPECT_FALSE(session->FetchMachineTypes(0));
+    EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::FetchMachineTypeTimeout)});
+}
+
+TEST_F(Exchange, WithoutAConnectionNothingGoesOutAndTheTrailerFailsToTheCaller)
+{
+    connectAndFill();
+    session->cmdDisconnect_Click();
+    const std::size_t sent = plant->received.size();
+    EXPECT_EQ(test::errorNumberRaisedBy([this] { session->UpdateCommParms(3); }), err::SocketBadState);
+    EXPECT_TRUE(session->FetchCommParms(3)) << "sections are skipped, silently";
+    EXPECT_EQ(plant->received.size(), sent);
+    EXPECT_TRUE(ui.messages.empty());
+}
+
+// A change made while a section is awaited goes out with a section still to be built, and not
+// with one already sent.
+TEST_F(Exchange, AChangeMadeDuringTheUpdateGoesOutWithALaterSection)
+{
+    connectAndFill();
+    const std::int16_t port = 20;
+    ASSERT_TRUE(session->FetchCommParms(port));
+    PortCommParms& record = session->parmsTables().PortCommParmsTable[port];
+    const std::string name = record.wstat_name;
+    test::whenReady([this]() -> bool* {
+        static bool ready = true;
+        return plant->receivedOfType(packet_type::PortParms) == 1 ? &ready : nullptr;
+    },
+        [&record](bool&) {
+            record.wstat_name = "RENAMED"; // section 1, already on its way
+            record.ConfirmFooter = "LATE"; // section 5, not yet built
+        });
+    ASSERT_TRUE(session->UpdateCommParms(port));
+    EXPECT_EQ(host().plant().parms.PortCommParmsTable[port].wstat_name, name);
+    EXPECT_EQ(host().plant().parms.PortCommParmsTable[port].ConfirmFooter, "LATE");
+}
+
+TEST_F(Exchange, TheHostsMachineTypesArriveUnaskedAndWhenAskedFor)
+{
+    connectAndFill();
+    ASSERT_FALSE(session->machineTypes().empty()) << "announced before the port states";
+    EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
+    ASSERT_TRUE(session->FetchMachineTypes(0));
 }
 
 TEST(HostConfigurationStore, DefaultsStandInForWhatIsMissingAndStoredValuesAreUsedAsStored)

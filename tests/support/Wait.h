@@ -33,8 +33,9 @@ inline bool waitFor(const std::function<bool()>& done, int limitMs = 5000)
     return done();
 }
 
-// Once `ready` returns something, calls `act` with it, once. Meant for what comes up inside a
-// nested loop the test does not run itself, such as a modal box; after the limit, `timedOut`.
+// Once `ready` returns something, calls `act` with it, once, as an event of its own. Meant for
+// what comes up inside a nested loop the test does not run itself, such as a modal box; after
+// the limit, `timedOut`.
 template <typename Ready, typename Act>
 void whenReady(Ready ready, Act act, std::function<void()> timedOut = {}, int limitMs = 5000)
 {
@@ -52,7 +53,8 @@ void whenReady(Ready ready, Act act, std::function<void()> timedOut = {}, int li
         QCoreApplication::instance(), [ready, act, finish]() mutable {
             if (auto found = ready()) {
                 finish();
-                act(*found);
+                QMetaObject::invokeMethod(
+                    QCoreApplication::instance(), [act, found]() mutable { act(*found); }, Qt::QueuedConnection);
             }
         });
     watch->limit.setSingleShot(true);

@@ -31,6 +31,8 @@ public:
 
     // Loads the form for the selected port (fetching its six sections) and shows it modally.
     int run();
+    // The load alone: single-port labels, the selected port fetched and shown on the first tab.
+    void Form_Load();
     std::int16_t shownPort() const { return CurrentPort; }
 
 Q_SIGNALS:
@@ -52,7 +54,6 @@ private:
     Services& services() override { return services_; }
     void changed(const RuleOutcome& outcome, bool showAll) override;
 
-    void Form_Load();
     void Form_Activate();
     void PortSpin_Change(int value);
     void showPort(int value);

@@ -1,0 +1,346 @@
+#include "commparms/DataCollectionRules.h"
+#include "commparms/MachineTypes.h"
+#include "commparms/ParmsRules.h"
+#include "runtime/RunTimeError.h"
+#include "support/ScratchProgramFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::errorNumberRaisedBy;
+
+const EditorFlags User{true, false, false}; // the form is up and the user changed something
+const EditorFlags Showing{true, false, true}; // a record is being shown
+const EditorFlags Loading{true, true, false}; // SetDataValues fills the controls
+const EditorFlags NotYetUp{false, false, false};
+
+std::vector<std::string> texts(const RuleOutcome& outcome)
+{
+    std::vector<std::string> out;
+    for (const RuleMessage& m : outcome.messages)
+        out.push_back(m.text);
+    return out;
+}
+
+TEST(ParmsRules, MinimumPurgeSecondsForEveryBaudIndex)
+{
+    const std::int16_t expected[] = {360, 132, 64, 32, 16, 16, 10, 10, 10, 10, 10, 10, 10, 10, 10};
+    for (std::int16_t index = 0; index < 15; ++index)
+        EXPECT_EQ(minimumPurgeSeconds(index), expected[index]) << index;
+    for (std::int16_t beyond : {std::int16_t{-1}, std::int16_t{15}})
+        EXPECT_EQ(errorNumberRaisedBy([&] { minimumPurgeSeconds(beyond); }), err::DivisionByZero) << beyond;
+}
+
+TEST(ParmsRules, ABaudRateOnlyEverRaisesThePurgeTime)
+{
+    struct Case {
+        std::int16_t index, purge, minimum;
+        std::int16_t purgeAfter, minimumAfter;
+        bool warns;
+    } const cases[] = {
+        {5, 10, 10, 16, 16, false}, // 4800 counts as 2400
+        {6, 360, 360, 360, 360, false}, // 9600 never lowers it
+        {0, 100, 16, 360, 360, false},
+        {1, 200, 16, 200, 16, false}, // already above: the minimum stays as it was
+        {10, 10, 10, 10, 10, true}, // 56000
+        {13, 10, 10, 10, 10, true},
+        {14, 10, 10, 10, 10, true},
+        {12, 10, 10, 10, 10, false},
+    };
+    for (const auto& c : cases) {
+        PortCommParms p;
+        p.iPurgeIfInactiveSeconds = c.purge;
+        p.iMinimumPurgeSeconds = c.minimum;
+        const RuleOutcome outcome = BaudRates_Click(p, c.index, User);
+        EXPECT_EQ(p.Baud, c.index);
+        EXPECT_EQ(p.iPurgeIfInactiveSeconds, c.purgeAfter) << c.index;
+        EXPECT_EQ(p.iMinimumPurgeSeconds, c.minimumAfter) << c.index;
+        EXPECT_EQ(outcome.messages.size(), c.warns ? 1u : 0u) << c.index;
+    }
+    // Shown from a record or before the form is up: the correction without the warning.
+    for (const EditorFlags& quiet : {Loading, NotYetUp}) {
+        PortCommParms p;
+        EXPECT_TRUE(BaudRates_Click(p, 14, quiet).messages.empty());
+        EXPECT_EQ(p.iPurgeIfInactiveSeconds, 10);
+    }
+}
+
+TEST(ParmsRules, NumberFieldsCorrectedWhenLeftOrChanged)
+{
+    PortCommParms p;
+    p.iMinimumPurgeSeconds = 16;
+    struct Purge {
+        const char* typed;
+        std::int16_t stored;
+        std::optional<std::string> shown;
+        std::size_t messages;
+    } const purges[] = {
+        {"", 16, "16", 1}, // empty reads 1, which is below the minimum
+        {"5", 16, "16", 1},
+        {"16", 16, std::nullopt, 0},
+        {"20", 20, std::nullopt, 0},
+        {"999999", 32767, "32767", 0},
+    };
+    for (const auto& c : purges) {
+        const RuleOutcome outcome = purgeSecondsLeft(p, c.typed, User);
+        EXPECT_EQ(p.iPurgeIfInactiveSeconds, c.stored) << c.typed;
+        EXPECT_EQ(outcome.text, c.shown) << c.typed;
+        EXPECT_EQ(outcome.messages.size(), c.messages) << c.typed;
+    }
+    EXPECT_EQ(texts(purgeSecondsLeft(p, "5", User)),
+        std::vector<std::string>{"Based on the selected Baud rate the minimumn value for this option is 16 seconds."});
+
+    DataCollectionParms d;
+    struct Segment {
+        const char* typed;
+        std::int32_t stored;
+        std::optional<std::string> shown;
+        std::vector<std::string> messages;
+    } const segments[] = {
+        {"49", 50, "50", {"The minimum segment length is 50."}},
+        {"50", 50, std::nullopt, {}},
+        {"1000", 1000, std::nullopt, {}},
+        {"1001", 1000, "1000", {"The maximum segment length is 1000."}},
+        {"", 50, "50", {"The minimum segment length is 50."}},
+        {"100000", 1000, "1000", {"The maximum segment length is 1000."}},
+    };
+    for (const auto& c : segments) {
+        const RuleOutcome outcome = segmentLengthLeft(d, c.typed, User);
+        EXPECT_EQ(d.MaxDataSegment, c.stored) << c.typed;
+        EXPECT_EQ(outcome.text, c.shown) << c.typed;
+        EXPECT_EQ(texts(outcome), c.messages) << c.typed;
+    }
+
+    const RuleOutcome nulls = eobNullsChanged(p, "300", User);
+    EXPECT_EQ(p.EobNullNumber, 64);
+    EXPECT_EQ(nulls.text, "64");
+    EXPECT_EQ(texts(nulls), std::vector<std::string>{"64 is the maximum number of End Of Block Nulls characters."});
+    EXPECT_TRUE(eobNullsChanged(p, "64", User).messages.empty());
+    eobNullsChanged(p, "", User);
+    EXPECT_EQ(p.EobNullNumber, 0);
+
+    for (const auto& [typed, value] : {std::pair{"", 0}, std::pair{"007", 7}, std::pair{"40000", 32767}})
+        EXPECT_EQ(numberFieldValue(typed), value) << typed;
+}
+
+TEST(ParmsRules, AsciiValuesAreRefusedSilentlyOrWithTheirCriticalBox)
+{
+    struct Case {
+        const char* typed;
+        std::int16_t stored;
+        std::optional<std::string> shown;
+        std::optional<std::string> title; // of the critical box, when there is one
+    } const cases[] = {
+        {"65", 65, std::nullopt, std::nullopt},
+        {"0", 0, std::nullopt, std::nullopt},
+        {"255.4", 255, std::nullopt, std::nullopt},
+        {"-5", -1, "", std::nullopt},
+        {"", -1, "", std::nullopt},
+        {" ", -1, "", std::nullopt},
+        {"abc", -1, "", "Not ASCII Value"},
+        {"True", -1, "", "Not ASCII Value"},
+        {"256", -1, "", "Value out of Range."},
+        {"255.5", -1, "", "Value out of Range."}, // rounds to 256
+    };
+    for (const auto& c : cases) {
+        std::int16_t field = 42;
+        const RuleOutcome outcome = asciiFieldLeft(field, c.typed, User);
+        EXPECT_EQ(field, c.stored) << c.typed;
+        EXPECT_EQ(outcome.text, c.shown) << c.typed;
+        ASSERT_EQ(outcome.messages.size(), c.title ? 1u : 0u) << c.typed;
+        if (c.title) {
+            EXPECT_EQ(outcome.messages[0].title, *c.title);
+            EXPECT_EQ(outcome.messages[0].style, 16) << "critical";
+        }
+        std::int16_t quiet = 42;
+        EXPECT_TRUE(asciiFieldLeft(quiet, c.typed, Loading).messages.empty()) << c.typed;
+    }
+    EXPECT_EQ(asciiFieldText(-1), "");
+    EXPECT_EQ(asciiFieldText(13), "13");
+}
+
+TEST(ParmsRules, ChoicesForceTheirSettingsAndWarn)
+{
+    struct Case {
+        const char* name;
+        std::function<RuleOutcome(PortCommParms&)> choose;
+        std::function<bool(const PortCommParms&)> holds;
+        std::size_t warnings;
+    } const cases[] = {
+        {"ISO", [](PortCommParms& p) { return DataType_Click(p, 0, User); },
+            [](const PortCommParms& p) { return p.Parity == 1 && p.DataBits == 0; }, 0},
+        {"EIA", [](PortCommParms& p) { return DataType_Click(p, 1, User); },
+            [](const PortCommParms& p) { return p.Parity == 0 && p.DataBits == 1; }, 1},
+        {"ASCII", [](PortCommParms& p) { return DataType_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.Parity == 2 && p.DataBits == 0 && p.EobConversion == 3; }, 0},
+        {"BINARY", [](PortCommParms& p) { return DataType_Click(p, 3, User); },
+            [](const PortCommParms& p) { return p.Parity == 0 && p.DataBits == 1 && p.EobConversion == 5; }, 1},
+        {"CR with Heidenhain", [](PortCommParms& p) { p.SpecificProtocol = 2; return EndofBlock_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.EobConversion == 2; }, 1},
+        {"CR with General", [](PortCommParms& p) { return EndofBlock_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.EobConversion == 2; }, 0},
+        {"LF with GE 2000", [](PortCommParms& p) { p.SpecificProtocol = 4; return EndofBlock_Click(p, 1, User); },
+            [](const PortCommParms& p) { return p.EobConversion == 1; }, 0},
+        {"Xon with General", [](PortCommParms& p) { return Handshake_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.Handshaking == 2; }, 1},
+        {"Xon with GE 2000", [](PortCommParms& p) { p.SpecificProtocol = 4; return Handshake_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.Handshaking == 2; }, 0},
+        {"QSI without a feed string", [](PortCommParms& p) { return KeyPad_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.RedirectCode == '#' && p.ContinuousFeedString == "+"; }, 1},
+        {"QSI with a feed string", [](PortCommParms& p) { p.ContinuousFeedString = "%"; return KeyPad_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.RedirectCode == 0 && p.ContinuousFeedString == "%"; }, 0},
+        {"QSI with a redirect code", [](PortCommParms& p) { p.RedirectCode = '@'; return KeyPad_Click(p, 2, User); },
+            [](const PortCommParms& p) { return p.RedirectCode == '@' && p.ContinuousFeedString.empty(); }, 0},
+    };
+    for (const auto& c : cases) {
+        PortCommParms p;
+        p.Parity = 2;
+        p.EobConversion = 3;
+        const RuleOutcome outcome = c.choose(p);
+        EXPECT_TRUE(c.holds(p)) << c.name;
+        EXPECT_EQ(outcome.messages.size(), c.warnings) << c.name;
+    }
+}
+
+TEST(ParmsRules, ProtocolPresetsAndTheFramesTheyEnable)
+{
+    PortCommParms p;
+    p.bPurgeIfInactive = -1;
+    p.iPurgeIfInactiveSeconds = 10;
+    const RuleOutcome ge = SpecificProtocols_Click(p, protocol::Ge2000, User);
+    EXPECT_EQ(p.Baud, 5);
+    EXPECT_EQ(p.DataType, 3);
+    EXPECT_EQ(p.DataBits, 1);
+    EXPECT_EQ(p.Parity, 0);
+    EXPECT_EQ(p.StopBits, 0);
+    EXPECT_EQ(p.EobConversion, 5);
+    EXPECT_EQ(p.Handshaking, 2);
+    EXPECT_EQ(p.iPurgeIfInactiveSeconds, 16) << "its 4800 baud raises the purge time as a click would";
+    EXPECT_EQ(p.bPurgeIfInactive, 0) << "the purge option goes with any protocol but General";
+    EXPECT_EQ(texts(ge), std::vector<std::string>{"If you intend to Receive in Binary mode (from the control to the PC), "
+                                                 "you must use Hardware Handshaking."});
+    CommControlStates states = commControlStates(p);
+    EXPECT_FALSE(states.handshakeFrame);
+    EXPECT_FALSE(states.purgeOption);
+
+    SpecificProtocols_Click(p, protocol::General, User);
+    states = commControlStates(p);
+    EXPECT_TRUE(states.handshakeFrame);
+    EXPECT_TRUE(states.purgeOption);
+    EXPECT_EQ(p.Baud, 5) << "General keeps what GE 2000 set";
+    EXPECT_EQ(p.Handshaking, 2);
+
+    SpecificProtocols_Click(p, protocol::Heidenhain, User);
+    EXPECT_EQ(std::tuple(p.DataType, p.DataBits, p.Parity, p.StopBits, p.EobConversion), std::tuple(0, 0, 1, 1, 5));
+
+    // Shown from a record, a protocol's settings stand as the host keeps them.
+    PortCommParms shown;
+    shown.bPurgeIfInactive = -1;
+    EXPECT_TRUE(SpecificProtocols_Click(shown, protocol::Ge2000, Showing).messages.empty());
+    EXPECT_EQ(shown.Baud, 0);
+    EXPECT_EQ(shown.SpecificProtocol, protocol::Ge2000);
+    EXPECT_EQ(shown.bPurgeIfInactive, 0);
+}
+
+TEST(ParmsRules, SmallerRules)
+{
+    PortCommParms p;
+    for (const auto& [typed, code] : {std::pair{"", 0}, std::pair{" ", 0}, std::pair{"#", 35}, std::pair{"\xe9", 233}}) {
+        RedirectCode_Change(p, typed);
+        EXPECT_EQ(p.RedirectCode, code) << typed;
+    }
+    EXPECT_EQ(redirectCodeText(0), "");
+    EXPECT_EQ(redirectCodeText(35), "#");
+
+    EXPECT_TRUE(ckEnableNoWaitRead_Click(p, true, User));
+    EXPECT_EQ(p.bEnableNoWaitRead, -1);
+    EXPECT_FALSE(ckEnableNoWaitRead_Click(p, true, Showing));
+    EXPECT_FALSE(ckEnableNoWaitRead_Click(p, true, Loading));
+    EXPECT_FALSE(ckEnableNoWaitRead_Click(p, false, User));
+
+    p.OutHdrVal3 = 13;
+    p.OutHdrEobVal = -1;
+    StripOutgoingHeader_Click(p, true);
+    EXPECT_TRUE(commControlStates(p).outgoingHeader);
+    EXPECT_EQ(p.OutHdrVal3, 13);
+    StripOutgoingHeader_Click(p, false);
+    EXPECT_FALSE(commControlStates(p).outgoingHeader);
+    EXPECT_EQ(p.OutHdrEobVal, 0);
+    for (std::int16_t v : {p.OutHdrVal1, p.OutHdrVal2, p.OutHdrVal3, p.OutHdrVal4, p.OutHdrVal5, p.OutHdrVal6})
+        EXPECT_EQ(v, -1);
+
+    ckPurgeIfInactive_Click(p, true);
+    EXPECT_EQ(p.bPurgeIfInactive, -1) << "a ticked box is -1, never 1";
+    EXPECT_TRUE(commControlStates(p).purgeSeconds);
+    p.Handshaking = 1;
+    EXPECT_FALSE(commControlStates(p).ignoreIncomingData);
+}
+
+TEST(DataCollectionRules, FramesFollowTheOptions)
+{
+    struct Case {
+        std::int16_t extract, stream, fileName, print, advancedFile, advancedPrint;
+        DataCollectionStates expected;
+    } const cases[] = {
+        {0, 1, 1, 1, 1, 1, {}}, // extraction off: everything off, whatever the options say
+        {1, 0, 0, 0, 0, 0,
+            {true, true, false, false, true, false, true, true, false, true, true, false, true, false}},
+        {1, 1, 1, 1, 1, 1, {true, true, true, true, true, true, true, true, true, true, true, true, true, true}},
+        {1, 0, 0, 2, 0, 0,
+            {true, true, false, false, true, false, true, true, false, true, false, false, true, false}},
+    };
+    for (const auto& c : cases) {
+        DataCollectionParms d;
+        d.ExtractData = c.extract;
+        d.DataStreamOption = c.stream;
+        d.FileNameOption = c.fileName;
+        d.PrintOption = c.print;
+        d.UseAdvancedFileOptions = c.advancedFile;
+        d.UseAdvancedPrintOptions = c.advancedPrint;
+        EXPECT_EQ(dataCollectionStates(d), c.expected) << c.extract << c.stream << c.print;
+    }
+}
+
+TEST(DataCollectionRules, TheSaveFolderIsTakenOnlyWhenWritableAndNotTheReceiveFolder)
+{
+    const auto writable = [](const std::string&) { return true; };
+    const auto readOnly = [](const std::string&) { return false; };
+    struct Case {
+        std::string browsed;
+        bool (*access)(const std::string&);
+        bool taken;
+        const char* message;
+    } const cases[] = {
+        {"C:\\Data", writable, false, "Data Save To Folder cannot be the same as the normal receive foder"},
+        {"c:\\data", writable, true, nullptr}, // case counts
+        {std::string("C:\\Data\0junk", 12), writable, false, "Data Save To Folder"}, // cut at the NUL
+        {"D:\\Collected", readOnly, false, "This computer does not have full read write access to: \r\nD:\\Collected\r\n"},
+        {"D:\\Collected", writable, true, nullptr},
+    };
+    for (const auto& c : cases) {
+        DataCollectionParms d;
+        d.SaveToFolder = "before";
+        const FolderChoice choice = saveFolderChosen(d, c.browsed, "C:\\Data\\", c.access);
+        EXPECT_EQ(choice.taken, c.taken) << c.browsed;
+        EXPECT_EQ(d.SaveToFolder, c.taken ? c.browsed : "before") << c.browsed;
+        EXPECT_EQ(choice.message.has_value(), c.message != nullptr) << c.browsed;
+        if (c.message) {
+            EXPECT_TRUE(choice.message->text.starts_with(c.message)) << choice.message->text;
+        }
+    }
+
+    test::ScratchProgramFolder folder;
+    EXPECT_TRUE(checkAccessRights(folder.path().string()));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("testaccessnow.txt"))) << "the probe is removed again";
+    EXPECT_FALSE(checkAccessRights((folder.path() / "missing").string()));
+
+    const std::vector<MachineTypeRecord> types = {{1, "LATHE", "C:\\DNC\\LATHES", 'F'}, {2, "MILL", "C:\\DNC\\MILLS\\", 'F'}};
+    EXPECT_EQ(normalReceiveFolder(types, 1), "C:\\DNC\\LATHES\\");
+    EXPECT_EQ(normalReceiveFolder(types, 2), "C:\\DNC\\MILLS\\");
+    EXPECT_EQ(normalReceiveFolder(types, 3), "");
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,363 @@
+#include "commparms/ParmsLink.h"
+#include "commparms/forms/frmCommParms.h"
+#include "commparms/forms/frmFileNotFoundMsg.h"
+#include "dialogs/Services.h"
+#include "dialogs/forms/CommMessage.h"
+#include "dialogs/forms/frmPathZoom.h"
+#include "platform/Registry.h"
+#include "support/Forms.h"
+#include "support/ManualTimers.h"
+#include "support/ScratchProgramFolder.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::control;
+using test::whenModal;
+
+// The session as the editor sees it, without a host: fetches and updates are counted.
+struct ScriptedLink final : ParmsLink {
+    PortParmsTables tables;
+    std::vector<MachineTypeRecord> types = {{1, "LATHE", "C:\\DNC\\LATHES", 'F'}, {2, "MILL", "C:\\DNC\\MILLS", 'F'}};
+    SinglePortMode single;
+    std::int16_t selected = 3;
+    bool noticeShown = false;
+    std::vector<std::int16_t> fetched, updated;
+
+    ScriptedLink()
+    {
+        tables.resize();
+        for (std::int16_t port = 0; port < PortCount; ++port) {
+            tables.PortCommParmsTable[port].wstat_name = "MACHINE " + std::to_string(port + 1);
+            tables.PortCommParmsTable[port].FileNotFoundMessage = "NO FILE ON " + std::to_string(port + 1);
+        }
+    }
+    PortParmsTables& parmsTables() override { return tables; }
+    const std::vector<MachineTypeRecord>& machineTypes() const override { return types; }
+    SinglePortMode singlePortMode() const override { return single; }
+    std::int16_t selectedPortIndex() const override { return selected; }
+    void resetIdleCount() override { }
+    bool portSpinNoticeShown() const override { return noticeShown; }
+    void setPortSpinNoticeShown() override { noticeShown = true; }
+    bool FetchCommParms(std::int16_t port) override
+    {
+        fetched.push_back(port);
+        return true;
+    }
+    bool FetchMachineTypes(std::int16_t) override { return true; }
+    bool UpdateCommParms(std::int16_t port) override
+    {
+        updated.push_back(port);
+        return true;
+    }
+    void RefreshPortStates() override { }
+};
+
+class CommParmsForm : public ::testing::Test {
+public:
+    test::ScratchProgramFolder folder;
+    QTemporaryDir registryDir;
+    std::unique_ptr<Registry> registry;
+    test::ScriptedBoxes boxes;
+    test::ManualTimers timers;
+    test::ScriptedDesktop desktop;
+    std::unique_ptr<Services> services;
+    ScriptedLink link;
+    std::unique_ptr<frmCommParms> form;
+
+    void SetUp() override
+    {
+        qputenv("CORVANE_REGISTRY_DIR", registryDir.path().toLocal8Bit());
+        registry = openSystemRegistry();
+        services = std::make_unique<Services>(Services{*registry, boxes, timers, desktop});
+    }
+    void TearDown() override { qunsetenv("CORVANE_REGISTRY_DIR"); }
+
+    // The editor loaded and up, as the user meets it.
+    frmCommParms& open()
+    {
+        form = std::make_unique<frmCommParms>(link, *services);
+        form->Form_Load();
+        form->show();
+        EXPECT_TRUE(test::waitFor([this] { return form->isVisible(); }));
+        QApplication::processEvents(); // its first showing counts as its activation
+        return *form;
+    }
+    template <typename W> W& find(const char* name) { return control<W>(*form, name); }
+    PortCommParms& shown() { return link.tables.PortCommParmsTable[static_cast<std::size_t>(form->shownPort())]; }
+    std::vector<std::string> boxTexts() const
+    {
+        std::vector<std::string> out;
+        for (const auto& call : boxes.calls)
+            out.push_back(call.text);
+        return out;
+    }
+    // Leaves a field by moving the focus on, as a user's Tab does.
+    static void typeAndLeave(QLineEdit& field, const QString& text)
+    {
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        QTest::keyClicks(&field, text);
+        QTest::keyClick(&field, Qt::Key_Tab);
+    }
+};
+
+TEST_F(CommParmsForm, OpensOnTheSelectedRowAsItStandsAndShowsTheRecord)
+{
+    link.tables.PortCommParmsTable[3].DataType = 1; // EIA, which stands last on the screen
+    link.tables.PortCommParmsTable[3].Machine_Unique_Id = 2;
+    link.tables.PortCommParmsTable[3].RedirectCode = '#';
+    link.tables.PortCommParmsTable[3].StStr = -1;
+    open();
+    EXPECT_EQ(form->shownPort(), 3) << "no offset";
+    EXPECT_EQ(link.fetched, std::vector<std::int16_t>{3});
+    EXPECT_EQ(find<QLabel>("SpinPort").text(), QStringLiteral("3"));
+    EXPECT_EQ(find<QLineEdit>("WorkstationName").text(), QStringLiteral("MACHINE 4"));
+    EXPECT_TRUE(find<QRadioButton>("DataType_1").isChecked());
+    EXPECT_EQ(find<QRadioButton>("DataType_1").text(), QStringLiteral("EIA"));
+    EXPECT_EQ(find<QComboBox>("cboMachineTypes").currentText(), QStringLiteral("MILL"));
+    EXPECT_EQ(find<QLineEdit>("RedirectCode").text(), QStringLiteral("#"));
+    EXPECT_EQ(find<QLineEdit>("StartChar").text(), QString()) << "-1 shows empty";
+    EXPECT_EQ(find<QTabWidget>("CommTab").currentIndex(), 0);
+    EXPECT_FALSE(find<QLabel>("lblSinglePortModeOn").isVisible());
+    EXPECT_TRUE(boxes.calls.empty()) << "showing a record never warns";
+
+    // A row beyond the spinner takes its largest value; a port whose type is not listed keeps
+    // the previous selection.
+    link.selected = 300;
+    link.single = {true, 4};
+    open();
+    EXPECT_EQ(form->shownPort(), 127);
+    EXPECT_TRUE(find<QLabel>("lblSinglePortModeOn").isVisible());
+    EXPECT_EQ(find<QLabel>("lblSingleDNCCommPort").text(), QStringLiteral("Using COMM: 4"));
+    EXPECT_TRUE(find<QLineEdit>("txtCommPort").isReadOnly());
+}
+
+TEST_F(CommParmsForm, ChoicesApplyTheRulesShowWhatTheyForceAndWarnOnlyWhenUp)
+{
+    open();
+    find<QRadioButton>("DataType_1").click(); // EIA
+    EXPECT_TRUE(find<QRadioButton>("Parity_0").isChecked()) << "the forced parity is shown";
+    EXPECT_TRUE(find<QRadioButton>("DataBits_1").isChecked());
+    ASSERT_EQ(boxes.calls.size(), 1u);
+    EXPECT_EQ(boxes.calls[0].style, 64) << "information";
+    EXPECT_EQ(QString::fromStdString(boxes.calls[0].title), QApplication::applicationName()) << "the program's title";
+
+    auto& protocols = find<QComboBox>("SpecificProtocols");
+    Q_EMIT protocols.activated(4); // the user picks GE 2000
+    EXPECT_FALSE(find<QGroupBox>("fraHandshake").isEnabled());
+    EXPECT_TRUE(find<QRadioButton>("Handshake_2").isChecked());
+    EXPECT_EQ(find<QComboBox>("BaudRates").currentText(), QStringLiteral("4800"));
+    EXPECT_FALSE(find<QCheckBox>("ckPurgeIfInactive").isEnabled());
+    Q_EMIT protocols.activated(0);
+    EXPECT_TRUE(find<QGroupBox>("fraHandshake").isEnabled());
+    EXPECT_TRUE(find<QCheckBox>("ckPurgeIfInactive").isEnabled());
+
+}
+
+TEST_F(CommParmsForm, ClearingTheOutgoingHeaderEmptiesAndGreysItsValues)
+{
+    link.tables.PortCommParmsTable[3].StripOutgoingHeader = -1;
+    link.tables.PortCommParmsTable[3].OutHdrVal1 = 13;
+    open();
+    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal1").text(), QStringLiteral("13"));
+    find<QCheckBox>("StripOutgoingHeader").click(); // off
+    EXPECT_EQ(shown().OutHdrVal1, -1);
+    EXPECT_FALSE(find<QLineEdit>("txtOutHdrVal1").isEnabled());
+    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal1").text(), QString());
+}
+
+TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
+{
+    PortCommParms& p = link.tables.PortCommParmsTable[3];
+    p.StripOutgoingHeader = -1;
+    p.bPurgeIfInactive = -1;
+    p.iMinimumPurgeSeconds = 10;
+    open();
+    find<QTabWidget>("CommTab").setCurrentIndex(2);
+    struct Case {
+        const char* field;
+        const char* typed;
+        const char* shown;
+        std::optional<std::string> message;
+    } const cases[] = {
+        {"txtOutHdrVal1", "abc", "", "Value must be numeric."},
+        {"txtOutHdrVal2", "-5", "", std::nullopt},
+        {"txtOutHdrVal3", "256", "", "Value must be between 0 - 255"},
+        {"txtOutHdrVal4", "13", "13", std::nullopt},
+        {"txtPurgeIfInactiveSeconds", "3", "10", "Based on the selected Baud rate the minimumn value for this option "
+                                                  "is 10 seconds."},
+    };
+    for (const auto& c : cases) {
+        boxes.calls.clear();
+        auto& field = find<QLineEdit>(c.field);
+        typeAndLeave(field, QString::fromLatin1(c.typed));
+        EXPECT_EQ(field.text(), QLatin1String(c.shown)) << c.field << " " << c.typed;
+        EXPECT_EQ(boxes.calls.size(), c.message ? 1u : 0u) << c.field << " " << c.typed;
+        if (c.message && !boxes.calls.empty()) {
+            EXPECT_EQ(boxes.calls[0].text, *c.message);
+        }
+    }
+    EXPECT_EQ(shown().OutHdrVal4, 13);
+    EXPECT_EQ(shown().OutHdrVal2, -1);
+
+    // End-of-block nulls: Backspace does nothing there, and 300 reads 64.
+    find<QTabWidget>("CommTab").setCurrentIndex(0);
+    auto& nulls = find<QLineEdit>("txtEobNumNulls");
+    nulls.setFocus();
+    nulls.end(false);
+    const QString before = nulls.text();
+    QTest::keyClick(&nulls, Qt::Key_Backspace);
+    EXPECT_EQ(nulls.text(), before);
+    nulls.selectAll();
+    boxes.calls.clear();
+    QTest::keyClicks(&nulls, QStringLiteral("300"));
+    EXPECT_EQ(nulls.text(), QStringLiteral("64"));
+    EXPECT_EQ(shown().EobNullNumber, 64);
+    EXPECT_EQ(boxes.calls.size(), 1u);
+}
+
+TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)
+{
+    open();
+    auto& spin = find<QSpinBox>("PortSpin");
+    spin.setValue(9);
+    EXPECT_EQ(form->shownPort(), 9);
+    EXPECT_EQ(link.fetched.back(), 9);
+    EXPECT_EQ(boxTexts(), std::vector<std::string>{portSpinNotice()});
+    spin.setValue(10);
+    EXPECT_EQ(boxes.calls.size(), 1u);
+    open(); // closed and opened again: still once per run
+    find<QSpinBox>("PortSpin").setValue(11);
+    EXPECT_EQ(boxes.calls.size(), 1u);
+
+    find<QPushButton>("cmdUpdate").click();
+    EXPECT_EQ(link.updated, std::vector<std::int16_t>{11});
+    EXPECT_TRUE(find<QPushButton>("cmdUpdate").isEnabled());
+}
+
+TEST_F(CommParmsForm, TheNoWaitReadNoticeAndTheZoomThatTakesNoKeys)
+{
+    open();
+    whenModal<CommMessage>([](CommMessage& notice) {
+        EXPECT_EQ(notice.windowTitle(), QStringLiteral("Communications Settings Message"));
+        notice.accept();
+    });
+    find<QCheckBox>("ckEnableNoWaitRead").click();
+    EXPECT_EQ(shown().bEnableNoWaitRead, -1);
+    find<QCheckBox>("ckEnableNoWaitRead").click(); // unticking says nothing
+    EXPECT_EQ(shown().bEnableNoWaitRead, 0);
+
+    frmPathZoom zoom(QStringLiteral("C:\\DNC\\COLLECTED\\EDM 1"));
+    zoom.show();
+    auto& text = control<QPlainTextEdit>(zoom, "txtZoom");
+    text.setFocus();
+    QTest::keyClicks(&text, QStringLiteral("x"));
+    QTest::keyClick(&text, Qt::Key_Backspace);
+    QTest::keyClick(&text, Qt::Key_Delete);
+    EXPECT_EQ(text.toPlainText(), QStringLiteral("C:\\DNC\\COLLECTED\\EDM 1"));
+}
+
+TEST_F(CommParmsForm, DataCollectionFramesBrowseAndTheReservedButtons)
+{
+    DataCollectionParms& d = link.tables.DataCollectionTable[3];
+    d.ExtractData = 1;
+    d.DataStreamOption = 0;
+    d.SaveToFolder = "before";
+    link.tables.PortCommParmsTable[3].Machine_Unique_Id = 1;
+    open();
+    EXPECT_FALSE(find<QLineEdit>("txtMaxSegment").isEnabled());
+    find<QRadioButton>("optDataStream_1").click();
+    EXPECT_TRUE(find<QLineEdit>("txtMaxSegment").isEnabled());
+    find<QRadioButton>("optPrintOptions_2").click(); // "Do not print", first on the screen
+    EXPECT_EQ(d.PrintOption, 2);
+    EXPECT_FALSE(find<QComboBox>("cboPrinters").isEnabled());
+    find<QCheckBox>("chkExtractData").click(); // off: everything goes grey
+    EXPECT_EQ(d.ExtractData, 0);
+    EXPECT_FALSE(find<QGroupBox>("fraPrintOptions").isEnabled());
+    EXPECT_FALSE(find<QLineEdit>("txtDataStartString").isEnabled());
+    find<QCheckBox>("chkExtractData").click();
+
+    // The host's receive folder for this machine type is refused, another folder taken.
+    const std::string receive = folder.path().string();
+    const std::string other = (folder.path() / "collected").string();
+    std::filesystem::create_directories(other);
+    link.types[0].DefaultDir = receive;
+    desktop.folders = {QString::fromStdString(receive), QString(), QString::fromStdString(other)};
+    find<QPushButton>("cmdBrwoseFolder").click();
+    EXPECT_EQ(d.SaveToFolder, "before");
+    EXPECT_EQ(boxTexts().back(), "Data Save To Folder cannot be the same as the normal receive foder");
+    EXPECT_EQ(desktop.browserTitles.back(), QStringLiteral("Select folder to save the data for this machine. "));
+    find<QPushButton>("cmdBrwoseFolder").click(); // cancelled: nothing changes
+    EXPECT_EQ(d.SaveToFolder, "before");
+    find<QPushButton>("cmdBrwoseFolder").click();
+    EXPECT_EQ(d.SaveToFolder, other);
+    EXPECT_EQ(find<QLineEdit>("txtSaveToFolder").text(), QString::fromStdString(other));
+
+    find<QCheckBox>("chkUseAdvancedFileOptions").click();
+    EXPECT_EQ(d.UseAdvancedFileOptions, 1);
+    find<QPushButton>("cmdAdvancedFileOptions").click();
+    EXPECT_EQ(boxTexts().back(), "Reserved for future use.");
+}
+
+// Another connection's message is a template: Save stores it for the port being edited only.
+TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
+{
+    for (const bool save : {true, false}) {
+        ScriptedLink fresh;
+        link.tables = fresh.tables;
+        open();
+        whenModal<frmFileNotFoundMsg>([save](frmFileNotFoundMsg& edit) {
+            EXPECT_EQ(control<QPlainTextEdit>(edit, "txtFileNotFoundMsg").toPlainText(), QStringLiteral("NO FILE ON 4"));
+            control<QSpinBox>(edit, "spnMachine").setValue(1);
+            EXPECT_EQ(control<QLineEdit>(edit, "txtMachineNum").text(), QStringLiteral("2"));
+            EXPECT_EQ(control<QLineEdit>(edit, "txtMachineName").text(), QStringLiteral("MACHINE 2"));
+            control<QPushButton>(edit, save ? "cmdSave" : "cmdCancel").click();
+        });
+        find<QPushButton>("cmdEditMsg").click();
+        EXPECT_EQ(link.tables.PortCommParmsTable[3].FileNotFoundMessage, save ? "NO FILE ON 2" : "NO FILE ON 4");
+        EXPECT_EQ(link.tables.PortCommParmsTable[3].FileNotFoundMsgSet, save ? -1 : 0);
+        EXPECT_EQ(link.tables.PortCommParmsTable[1].FileNotFoundMessage, "NO FILE ON 2") << "the template is unchanged";
+        EXPECT_EQ(find<QCheckBox>("chkFileNotFoundMsg").isChecked(), save);
+    }
+}
+
+TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
+{
+    open();
+    QTest::keyClick(form.get(), Qt::Key_F1);
+    ASSERT_EQ(boxes.calls.size(), 1u);
+    EXPECT_TRUE(boxes.calls[0].text.starts_with("The help is missing: ")) << boxes.calls[0].text;
+    EXPECT_TRUE(desktop.opened.empty());
+
+    std::filesystem::create_directories(folder.path() / "help");
+    folder.write("help/corvane-remote.html", "<html></html>");
+    QTest::keyClick(form.get(), Qt::Key_F1);
+    ASSERT_EQ(desktop.opened.size(), 1u);
+    EXPECT_EQ(desktop.opened[0].fragment(), QStringLiteral("commparms"));
+    EXPECT_TRUE(desktop.opened[0].toLocalFile().endsWith(QStringLiteral("help/corvane-remote.html")));
+
+    desktop.opens = false;
+    QTest::keyClick(form.get(), Qt::Key_F1);
+    EXPECT_TRUE(boxes.calls.back().text.starts_with("Nothing on this desktop opens the help: "));
+}
+
+} // namespace
+} // namespace corvane
