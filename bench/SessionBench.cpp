@@ -1,7 +1,12 @@
 // End-to-end figures of the host session on loopback against the simulated host:
 //  1. connect -> version -> status -> grid filled, repeated;
-//  2. the CPU time the terminal uses while it waits 3 s for a host that never answers.
+//  2. the parameter editor's six-section fetch and six-section update (acknowledged, then the
+//     trailer), each beside a bare socket that exchanges the same bytes with the same host;
+//  3. the CPU time the terminal uses while it waits 3 s for a host that never answers.
 #include "hostsim/HostSimulator.h"
+#include "protocol/Framing.h"
+#include "protocol/PortParmsPacket.h"
+#include "protocol/Requests.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "shell/HostConfiguration.h"
@@ -11,6 +16,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 
 #include <sys/resource.h>
@@ -57,6 +63,59 @@ void runUntil(const std::function<bool()>& done)
     QObject::disconnect(look);
 }
 
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// The least any terminal could do: write each request and wait for the chunk that ends its
+// answer, reading nothing into any record.
+class BareTerminal {
+public:
+    explicit BareTerminal(quint16 port)
+    {
+        QObject::connect(&socket_, &QTcpSocket::readyRead, [this] {
+            const QByteArray bytes = socket_.readAll();
+            if (!bytes.isEmpty() && bytes.back() == EOT)
+                ++answers_;
+        });
+        socket_.connectToHost(QStringLiteral("127.0.0.1"), port);
+        runUntil([this] { return socket_.state() == QAbstractSocket::ConnectedState; });
+        socket_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    }
+    void exchange(const std::vector<std::string>& requests)
+    {
+        for (const std::string& request : requests) {
+            const int expected = answers_ + 1;
+            socket_.write(request.data(), static_cast<qint64>(request.size()));
+            runUntil([&] { return answers_ == expected; });
+        }
+    }
+    void send(const std::string& packet) { socket_.write(packet.data(), static_cast<qint64>(packet.size())); }
+
+private:
+    QTcpSocket socket_;
+    int answers_ = 0;
+};
+
+// Runs `session` and `bare` alternately, `runs` times each, and prints both medians.
+void compare(const char* what, int runs, const std::function<void()>& session, const std::function<void()>& bare)
+{
+    std::vector<double> own, floor;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        session();
+        own.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+        clock.restart();
+        bare();
+        floor.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+    }
+    std::printf("%s, %d runs: median %.3f ms against a bare socket's %.3f ms (%.2fx)\n", what, runs, median(own),
+        median(floor), median(own) / median(floor));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -69,6 +128,7 @@ int main(int argc, char** argv)
     HostConfiguration config(*registry);
     config.load();
     hostsim::HostSimulator host;
+    host.announceMachineTypes = false; // the terminal's own work, without the simulator's pause before it
     host.listen();
     config.HostIPs[1] = QStringLiteral("127.0.0.1");
     config.SocketPorts[1] = host.port();
@@ -90,6 +150,32 @@ int main(int argc, char** argv)
     std::sort(ms.begin(), ms.end());
     std::printf("connect -> version -> status -> 128 rows filled, %d runs: median %.2f ms, min %.2f ms, max %.2f ms\n",
                 Runs, ms[ms.size() / 2], ms.front(), ms.back());
+
+
+    {
+        // The editor's exchanges: one session and one bare socket, each with a host of its own.
+        hostsim::HostSimulator bareHost;
+        bareHost.announceMachineTypes = false;
+        bareHost.listen();
+        HostSession session(config, ui, timers);
+        session.Command1_Click(QStringLiteral("127.0.0.1"));
+        runUntil([&] { return !session.portStatus()[127].WorkstationName.empty(); });
+        BareTerminal bare(bareHost.port());
+        constexpr std::int16_t Port = 14;
+        std::vector<std::string> fetch, update;
+        PortParmsTables tables = host.plant().parms;
+        for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
+            fetch.push_back(Build_Port_Parms_Request(section, Port));
+            update.push_back(Build_Port_Parms_Packet(section, Port, tables) + EOT);
+        }
+        compare("six-section fetch", Runs, [&] { session.FetchCommParms(Port); }, [&] { bare.exchange(fetch); });
+        compare("six-section update with the trailer", Runs, [&] { session.UpdateCommParms(Port); }, [&] {
+            bare.exchange(update);
+            bare.send(Build_Update_Complete_Packet());
+        });
+        session.cmdDisconnect_Click();
+        runUntil([&] { return !host.hasTerminal(); });
+    }
 
     host.faults.silent = true;
     {

@@ -224,6 +224,9 @@ void HostSession::Command1_Click(const QString& txtIP)
 
 void HostSession::socketConnected()
 {
+    // Requests are small and each waits for its answer: none may sit waiting for the last one's
+    // acknowledgement (a trailer followed at once by the next update's first section would).
+    Winsock1.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     if (connect_ != ConnectState::Connecting)
         return;
     if (!tmrConnectionTimeout->isActive())
