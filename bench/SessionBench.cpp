@@ -4,11 +4,11 @@
 //     trailer), each beside a bare socket that exchanges the same bytes with the same host;
 //  3. the CPU time the terminal uses while it waits 3 s for a host that never answers.
 #include "hostsim/HostSimulator.h"
+#include "platform/ProgramTimer.h"
+#include "platform/Registry.h"
 #include "protocol/Framing.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
-#include "platform/ProgramTimer.h"
-#include "platform/Registry.h"
 #include "shell/HostConfiguration.h"
 #include "shell/HostSession.h"
 
@@ -30,22 +30,22 @@ using namespace corvane;
 namespace {
 
 struct QuietUi : SessionUi {
-    void showMessage(const std::string&) override {}
+    void showMessage(const std::string&) override { }
     std::int16_t askYesNo(const std::string&) override { return 6; }
-    void showSocketStatus(const QString&, std::uint32_t) override {}
-    void portTableChanged() override {}
-    void rememberGridPosition() override {}
-    void afterDisconnect() override {}
-    void notFtpRefused() override {}
-    void idleLoggedOff() override {}
+    void showSocketStatus(const QString&, std::uint32_t) override { }
+    void portTableChanged() override { }
+    void rememberGridPosition() override { }
+    void afterDisconnect() override { }
+    void notFtpRefused() override { }
+    void idleLoggedOff() override { }
 };
 
 double cpuSeconds()
 {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
+        + static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
 // Runs the event loop until `done`, looking each time the loop is about to sleep.
@@ -54,11 +54,11 @@ void runUntil(const std::function<bool()>& done)
     if (done())
         return;
     QEventLoop loop;
-    const auto look = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
-        &loop, [&] {
-            if (done())
-                loop.quit();
-        });
+    const auto look
+        = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
+              if (done())
+                  loop.quit();
+          });
     loop.exec();
     QObject::disconnect(look);
 }
@@ -149,8 +149,7 @@ int main(int argc, char** argv)
     }
     std::sort(ms.begin(), ms.end());
     std::printf("connect -> version -> status -> 128 rows filled, %d runs: median %.2f ms, min %.2f ms, max %.2f ms\n",
-                Runs, ms[ms.size() / 2], ms.front(), ms.back());
-
+        Runs, ms[ms.size() / 2], ms.front(), ms.back());
 
     {
         // The editor's exchanges: one session and one bare socket, each with a host of its own.
@@ -168,11 +167,14 @@ int main(int argc, char** argv)
             fetch.push_back(Build_Port_Parms_Request(section, Port));
             update.push_back(Build_Port_Parms_Packet(section, Port, tables) + EOT);
         }
-        compare("six-section fetch", Runs, [&] { session.FetchCommParms(Port); }, [&] { bare.exchange(fetch); });
-        compare("six-section update with the trailer", Runs, [&] { session.UpdateCommParms(Port); }, [&] {
-            bare.exchange(update);
-            bare.send(Build_Update_Complete_Packet());
-        });
+        compare(
+            "six-section fetch", Runs, [&] { session.FetchCommParms(Port); }, [&] { bare.exchange(fetch); });
+        compare(
+            "six-section update with the trailer", Runs, [&] { session.UpdateCommParms(Port); },
+            [&] {
+                bare.exchange(update);
+                bare.send(Build_Update_Complete_Packet());
+            });
         session.cmdDisconnect_Click();
         runUntil([&] { return !host.hasTerminal(); });
     }
@@ -188,8 +190,9 @@ int main(int argc, char** argv)
         runUntil([&] { return session.connectState() == ConnectState::Idle; }); // "Fetch Version Timeout."
         const double wall = static_cast<double>(clock.elapsed()) / 1000.0;
         const double cpu = cpuSeconds() - cpuBefore;
-        std::printf("waiting for a silent host's version reply: %.2f s of wall time, %.1f ms of CPU (%.2f%% of one core)\n",
-                    wall, cpu * 1000.0, 100.0 * cpu / wall);
+        std::printf(
+            "waiting for a silent host's version reply: %.2f s of wall time, %.1f ms of CPU (%.2f%% of one core)\n",
+            wall, cpu * 1000.0, 100.0 * cpu / wall);
     }
     return 0;
 }

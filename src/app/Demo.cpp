@@ -1,8 +1,8 @@
 #include "app/Demo.h"
 
+#include "platform/Registry.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
-#include "platform/Registry.h"
 #include "shell/HostConfiguration.h"
 
 #include <QDir>

@@ -10,7 +10,6 @@
 
 namespace corvane {
 
-
 // The desktop program as its user meets it: the start-up form, then the main window, and the
 // connect that --connect asks for once the log-in is answered. It ends when its windows say so.
 class DesktopProgram : public QObject {

@@ -9,8 +9,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
-#include <QTabWidget>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTimer>
 
 #include <cstdio>
@@ -55,8 +55,8 @@ void Screenshots::mainShown(frmCVRemote& main)
         // and the label turns green on the connection timer's next tick.
         auto* poll = new QTimer(&main);
         QObject::connect(poll, &QTimer::timeout, &main, [this, &main, poll] {
-            if (main.session().portStatus().front().WorkstationName.empty() ||
-                main.session().socketCaption() != QStringLiteral("Connected"))
+            if (main.session().portStatus().front().WorkstationName.empty()
+                || main.session().socketCaption() != QStringLiteral("Connected"))
                 return;
             poll->stop();
             QTimer::singleShot(SettleMs, &main, [this, &main] {

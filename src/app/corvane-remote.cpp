@@ -79,8 +79,8 @@ int main(int argc, char** argv)
 
     const ParsedOptions parsed = parseProgramOptions(arguments);
     if (!parsed.error.isEmpty()) {
-        std::fprintf(stderr, "corvane-remote: %s\nTry 'corvane-remote --help' for the options.\n",
-            qPrintable(parsed.error));
+        std::fprintf(
+            stderr, "corvane-remote: %s\nTry 'corvane-remote --help' for the options.\n", qPrintable(parsed.error));
         return 2;
     }
     const ProgramOptions& options = parsed.options;
@@ -125,7 +125,8 @@ int main(int argc, char** argv)
     SystemDesktop desktop;
     Services services{*registry, boxes, timers, desktop};
     DesktopProgram program(options, services);
-    QObject::connect(&program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });
+    QObject::connect(
+        &program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });
 
     std::optional<Screenshots> pictures;
     if (!options.screenshotFolder.isEmpty()) {

@@ -281,7 +281,8 @@ void StripOutgoingHeader_Click(PortCommParms& p, bool ticked)
     if (ticked)
         return;
     p.OutHdrEobVal = 0;
-    for (std::int16_t* value : {&p.OutHdrVal1, &p.OutHdrVal2, &p.OutHdrVal3, &p.OutHdrVal4, &p.OutHdrVal5, &p.OutHdrVal6})
+    for (std::int16_t* value :
+        {&p.OutHdrVal1, &p.OutHdrVal2, &p.OutHdrVal3, &p.OutHdrVal4, &p.OutHdrVal5, &p.OutHdrVal6})
         *value = -1;
 }
 

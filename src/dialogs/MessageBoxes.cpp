@@ -82,7 +82,9 @@ std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, co
 void GenMsgBoxes::untrappedError(int number)
 {
     QMessageBox::critical(boxParent(), QApplication::applicationName(),
-        QStringLiteral("Run-time error '%1':\n\n%2").arg(number).arg(QString::fromLatin1(errorDescription(number).c_str())));
+        QStringLiteral("Run-time error '%1':\n\n%2")
+            .arg(number)
+            .arg(QString::fromLatin1(errorDescription(number).c_str())));
     if (endProgram_)
         endProgram_(EXIT_FAILURE);
 }

@@ -46,7 +46,8 @@ void showProgramHelp(Desktop& desktop, MessageBoxes& boxes, const QString& topic
                 msg::Exclamation, title);
         return;
     }
-    boxes.MsgBox("The help is missing: " + toLatin1Bytes(QDir::toNativeSeparators(candidates.join(QLatin1String(" or ")))),
+    boxes.MsgBox(
+        "The help is missing: " + toLatin1Bytes(QDir::toNativeSeparators(candidates.join(QLatin1String(" or ")))),
         msg::Exclamation, title);
 }
 

@@ -26,9 +26,9 @@ bool DigitField::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const QString text = key->text();
-        if (key->matches(QKeySequence::Paste)
-            || std::any_of(text.cbegin(), text.cend(),
-                [this](QChar c) { return typedCharacterDiscarded(c.unicode(), keys_); }))
+        if (key->matches(QKeySequence::Paste) || std::any_of(text.cbegin(), text.cend(), [this](QChar c) {
+                return typedCharacterDiscarded(c.unicode(), keys_);
+            }))
             return true;
     }
     return QObject::eventFilter(watched, event);

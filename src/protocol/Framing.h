@@ -15,7 +15,6 @@ inline constexpr char STX = '\x02'; // ends every field
 inline constexpr char ETX = '\x03'; // follows the last field of a request
 inline constexpr char EOT = '\x04'; // last character of a packet
 
-
 // Gathers the socket's chunks into whole packets. Only the first and the last character of a
 // chunk are looked at: a chunk that starts with SOH starts a new packet (dropping whatever was
 // half gathered), a chunk that ends with EOT completes one. The host sends each packet so that

@@ -253,8 +253,8 @@ void Extract_Port_Parms_Packet(std::string_view packet, PortParmsTables& tables,
     } else if (section >= FirstParmsSection && section < LastParmsSection) {
         const auto order
             = section == 2 ? std::span<const std::size_t>(Section2ReadOrder) : std::span<const std::size_t>();
-        extractSection<PortCommParms>(packet, commParmsSection(section), order, side,
-            [&]() -> PortCommParms& { return tables.commParms(port); });
+        extractSection<PortCommParms>(
+            packet, commParmsSection(section), order, side, [&]() -> PortCommParms& { return tables.commParms(port); });
     }
 }
 

@@ -82,7 +82,6 @@ public:
 inline constexpr std::string_view SupervisorName = "SUPERVISOR";
 inline constexpr std::string_view GuestName = "GUEST";
 
-
 // How a load ended, for the main window: it cannot go on without a readable, sound store.
 enum class StoreLoad {
     Loaded,

@@ -16,7 +16,15 @@ bool isFtpTypeMode(std::string_view status);
 // The port grid: 128 rows, bookmarks are the row numbers as text.
 inline constexpr int GridRows = 128;
 // Its columns, left to right; the port number column has no caption.
-enum GridColumn : int { PortColumn, MachineColumn, ProgramColumn, IdColumn, StatusColumn, ByteCountColumn, GridColumns };
+enum GridColumn : int {
+    PortColumn,
+    MachineColumn,
+    ProgramColumn,
+    IdColumn,
+    StatusColumn,
+    ByteCountColumn,
+    GridColumns
+};
 inline constexpr std::int16_t InvalidRow = -9999;
 // A null bookmark is before the first row reading forward and after the last reading backward;
 // otherwise its value, truncated; outside 0-127 it is invalid.

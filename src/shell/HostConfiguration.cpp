@@ -55,8 +55,10 @@ void HostConfiguration::Get_Host_Data(int n)
     SocketPorts[static_cast<std::size_t>(n)]
         = storedNumber(registry_.readText(Hive::Machine, ConfigurationKey, numbered("SocketPortNumber", n)),
             defaultPort(n), textToInt32);
-    SinglePortModes[static_cast<std::size_t>(n)] = storedNumber<std::int16_t>(
-        registry_.readText(Hive::Machine, ConfigurationKey, numbered("SinglePortMode", n)), 0, textToInt16) != 0;
+    SinglePortModes[static_cast<std::size_t>(n)]
+        = storedNumber<std::int16_t>(
+              registry_.readText(Hive::Machine, ConfigurationKey, numbered("SinglePortMode", n)), 0, textToInt16)
+        != 0;
     SingleDNCCommPorts[static_cast<std::size_t>(n)] = storedNumber<std::int16_t>(
         registry_.readText(Hive::Machine, ConfigurationKey, numbered("SingleDNCCommPort", n)), 0, textToInt16);
 }

@@ -1,10 +1,10 @@
 #include "shell/HostSession.h"
 
-#include "protocol/PacketErrorLog.h"
+#include "platform/Latin1.h"
 #include "protocol/Framing.h"
+#include "protocol/PacketErrorLog.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
-#include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/RunTimeError.h"
 #include "shell/ConfigurationRules.h"
@@ -422,22 +422,29 @@ HostSession::Reply HostSession::awaitReply(const std::string& request, Bool16& a
     return arrived ? Reply::Arrived : Reply::Expired;
 }
 
-bool HostSession::FetchCommParms(std::int16_t port)
+bool HostSession::eachSection(
+    const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired)
 {
     for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
         if (!connected())
             continue;
-        switch (awaitReply(Build_Port_Parms_Request(section, port), ParmsPacketReceived)) {
+        switch (awaitReply(request(section), arrived)) {
         case Reply::Arrived:
             continue;
         case Reply::Expired:
-            ui_.showMessage(std::string(message::FetchCommParmsTimeout));
+            ui_.showMessage(std::string(expired));
             return false;
         case Reply::CalledOff:
             return false;
         }
     }
     return true;
+}
+
+bool HostSession::FetchCommParms(std::int16_t port)
+{
+    return eachSection([port](std::int16_t section) { return Build_Port_Parms_Request(section, port); },
+        ParmsPacketReceived, message::FetchCommParmsTimeout);
 }
 
 bool HostSession::FetchMachineTypes(std::int16_t displayRow)
@@ -454,19 +461,11 @@ bool HostSession::FetchMachineTypes(std::int16_t displayRow)
 // out with its own section when that is still to come.
 bool HostSession::UpdateCommParms(std::int16_t port)
 {
-    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
-        if (!connected())
-            continue;
-        switch (awaitReply(Build_Port_Parms_Packet(section, port, parms_) + EOT, UpdateAckReceived)) {
-        case Reply::Arrived:
-            continue;
-        case Reply::Expired:
-            ui_.showMessage(std::string(message::UpdateNoAck));
-            return false;
-        case Reply::CalledOff:
-            return false;
-        }
-    }
+    const bool acknowledged = eachSection(
+        [this, port](std::int16_t section) { return Build_Port_Parms_Packet(section, port, parms_) + EOT; },
+        UpdateAckReceived, message::UpdateNoAck);
+    if (!acknowledged)
+        return false;
     send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
     return true;
 }

@@ -115,6 +115,10 @@ private:
     // until `arrived` is set by the dispatch or the timer ticks.
     enum class Reply { Arrived, Expired, CalledOff };
     Reply awaitReply(const std::string& request, Bool16& arrived);
+    // Sections 1-6, each request sent while connected and awaited; false at the first that does
+    // not come in time (the user is told `expired`) or when the wait is called off.
+    bool eachSection(
+        const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired);
 
     // The connect sequence, one step per event.
     void socketConnected();

@@ -9,12 +9,14 @@ namespace corvane {
 namespace message {
 std::string alreadyConnected()
 {
-    return joinLines({"Already connected.  To connect to a different ", "Host please disconnect the current host first."});
+    return joinLines(
+        {"Already connected.  To connect to a different ", "Host please disconnect the current host first."});
 }
 
 std::string alreadyConnectedDropDown()
 {
-    return joinLines({"Already connected.  To connect to a different ", "Host please disconnect from the current Host."});
+    return joinLines(
+        {"Already connected.  To connect to a different ", "Host please disconnect from the current Host."});
 }
 
 std::string noAddress()

@@ -1,6 +1,6 @@
+#include "commparms/ParmsRules.h"
 #include "commparms/DataCollectionRules.h"
 #include "commparms/MachineTypes.h"
-#include "commparms/ParmsRules.h"
 #include "runtime/RunTimeError.h"
 #include "support/ScratchProgramFolder.h"
 
@@ -133,16 +133,10 @@ TEST(ParmsRules, AsciiValuesAreRefusedSilentlyOrWithTheirCriticalBox)
         std::optional<std::string> shown;
         std::optional<std::string> title; // of the critical box, when there is one
     } const cases[] = {
-        {"65", 65, std::nullopt, std::nullopt},
-        {"0", 0, std::nullopt, std::nullopt},
-        {"255.4", 255, std::nullopt, std::nullopt},
-        {"-5", -1, "", std::nullopt},
-        {"", -1, "", std::nullopt},
-        {" ", -1, "", std::nullopt},
-        {"abc", -1, "", "Not ASCII Value"},
-        {"True", -1, "", "Not ASCII Value"},
-        {"256", -1, "", "Value out of Range."},
-        {"255.5", -1, "", "Value out of Range."}, // rounds to 256
+        {"65", 65, std::nullopt, std::nullopt}, {"0", 0, std::nullopt, std::nullopt},
+        {"255.4", 255, std::nullopt, std::nullopt}, {"-5", -1, "", std::nullopt}, {"", -1, "", std::nullopt},
+        {" ", -1, "", std::nullopt}, {"abc", -1, "", "Not ASCII Value"}, {"True", -1, "", "Not ASCII Value"},
+        {"256", -1, "", "Value out of Range."}, {"255.5", -1, "", "Value out of Range."}, // rounds to 256
     };
     for (const auto& c : cases) {
         std::int16_t field = 42;
@@ -177,21 +171,41 @@ TEST(ParmsRules, ChoicesForceTheirSettingsAndWarn)
             [](const PortCommParms& p) { return p.Parity == 2 && p.DataBits == 0 && p.EobConversion == 3; }, 0},
         {"BINARY", [](PortCommParms& p) { return DataType_Click(p, 3, User); },
             [](const PortCommParms& p) { return p.Parity == 0 && p.DataBits == 1 && p.EobConversion == 5; }, 1},
-        {"CR with Heidenhain", [](PortCommParms& p) { p.SpecificProtocol = 2; return EndofBlock_Click(p, 2, User); },
+        {"CR with Heidenhain",
+            [](PortCommParms& p) {
+                p.SpecificProtocol = 2;
+                return EndofBlock_Click(p, 2, User);
+            },
             [](const PortCommParms& p) { return p.EobConversion == 2; }, 1},
         {"CR with General", [](PortCommParms& p) { return EndofBlock_Click(p, 2, User); },
             [](const PortCommParms& p) { return p.EobConversion == 2; }, 0},
-        {"LF with GE 2000", [](PortCommParms& p) { p.SpecificProtocol = 4; return EndofBlock_Click(p, 1, User); },
+        {"LF with GE 2000",
+            [](PortCommParms& p) {
+                p.SpecificProtocol = 4;
+                return EndofBlock_Click(p, 1, User);
+            },
             [](const PortCommParms& p) { return p.EobConversion == 1; }, 0},
         {"Xon with General", [](PortCommParms& p) { return Handshake_Click(p, 2, User); },
             [](const PortCommParms& p) { return p.Handshaking == 2; }, 1},
-        {"Xon with GE 2000", [](PortCommParms& p) { p.SpecificProtocol = 4; return Handshake_Click(p, 2, User); },
+        {"Xon with GE 2000",
+            [](PortCommParms& p) {
+                p.SpecificProtocol = 4;
+                return Handshake_Click(p, 2, User);
+            },
             [](const PortCommParms& p) { return p.Handshaking == 2; }, 0},
         {"QSI without a feed string", [](PortCommParms& p) { return KeyPad_Click(p, 2, User); },
             [](const PortCommParms& p) { return p.RedirectCode == '#' && p.ContinuousFeedString == "+"; }, 1},
-        {"QSI with a feed string", [](PortCommParms& p) { p.ContinuousFeedString = "%"; return KeyPad_Click(p, 2, User); },
+        {"QSI with a feed string",
+            [](PortCommParms& p) {
+                p.ContinuousFeedString = "%";
+                return KeyPad_Click(p, 2, User);
+            },
             [](const PortCommParms& p) { return p.RedirectCode == 0 && p.ContinuousFeedString == "%"; }, 0},
-        {"QSI with a redirect code", [](PortCommParms& p) { p.RedirectCode = '@'; return KeyPad_Click(p, 2, User); },
+        {"QSI with a redirect code",
+            [](PortCommParms& p) {
+                p.RedirectCode = '@';
+                return KeyPad_Click(p, 2, User);
+            },
             [](const PortCommParms& p) { return p.RedirectCode == '@' && p.ContinuousFeedString.empty(); }, 0},
     };
     for (const auto& c : cases) {
@@ -219,8 +233,9 @@ TEST(ParmsRules, ProtocolPresetsAndTheFramesTheyEnable)
     EXPECT_EQ(p.Handshaking, 2);
     EXPECT_EQ(p.iPurgeIfInactiveSeconds, 16) << "its 4800 baud raises the purge time as a click would";
     EXPECT_EQ(p.bPurgeIfInactive, 0) << "the purge option goes with any protocol but General";
-    EXPECT_EQ(texts(ge), std::vector<std::string>{"If you intend to Receive in Binary mode (from the control to the PC), "
-                                                 "you must use Hardware Handshaking."});
+    EXPECT_EQ(texts(ge),
+        std::vector<std::string>{"If you intend to Receive in Binary mode (from the control to the PC), "
+                                 "you must use Hardware Handshaking."});
     CommControlStates states = commControlStates(p);
     EXPECT_FALSE(states.handshakeFrame);
     EXPECT_FALSE(states.purgeOption);
@@ -247,7 +262,8 @@ TEST(ParmsRules, ProtocolPresetsAndTheFramesTheyEnable)
 TEST(ParmsRules, SmallerRules)
 {
     PortCommParms p;
-    for (const auto& [typed, code] : {std::pair{"", 0}, std::pair{" ", 0}, std::pair{"#", 35}, std::pair{"\xe9", 233}}) {
+    for (const auto& [typed, code] :
+        {std::pair{"", 0}, std::pair{" ", 0}, std::pair{"#", 35}, std::pair{"\xe9", 233}}) {
         RedirectCode_Change(p, typed);
         EXPECT_EQ(p.RedirectCode, code) << typed;
     }
@@ -285,11 +301,9 @@ TEST(DataCollectionRules, FramesFollowTheOptions)
         DataCollectionStates expected;
     } const cases[] = {
         {0, 1, 1, 1, 1, 1, {}}, // extraction off: everything off, whatever the options say
-        {1, 0, 0, 0, 0, 0,
-            {true, true, false, false, true, false, true, true, false, true, true, false, true, false}},
+        {1, 0, 0, 0, 0, 0, {true, true, false, false, true, false, true, true, false, true, true, false, true, false}},
         {1, 1, 1, 1, 1, 1, {true, true, true, true, true, true, true, true, true, true, true, true, true, true}},
-        {1, 0, 0, 2, 0, 0,
-            {true, true, false, false, true, false, true, true, false, true, false, false, true, false}},
+        {1, 0, 0, 2, 0, 0, {true, true, false, false, true, false, true, true, false, true, false, false, true, false}},
     };
     for (const auto& c : cases) {
         DataCollectionParms d;
@@ -316,7 +330,8 @@ TEST(DataCollectionRules, TheSaveFolderIsTakenOnlyWhenWritableAndNotTheReceiveFo
         {"C:\\Data", writable, false, "Data Save To Folder cannot be the same as the normal receive foder"},
         {"c:\\data", writable, true, nullptr}, // case counts
         {std::string("C:\\Data\0junk", 12), writable, false, "Data Save To Folder"}, // cut at the NUL
-        {"D:\\Collected", readOnly, false, "This computer does not have full read write access to: \r\nD:\\Collected\r\n"},
+        {"D:\\Collected", readOnly, false,
+            "This computer does not have full read write access to: \r\nD:\\Collected\r\n"},
         {"D:\\Collected", writable, true, nullptr},
     };
     for (const auto& c : cases) {
@@ -336,7 +351,8 @@ TEST(DataCollectionRules, TheSaveFolderIsTakenOnlyWhenWritableAndNotTheReceiveFo
     EXPECT_FALSE(std::filesystem::exists(folder.file("testaccessnow.txt"))) << "the probe is removed again";
     EXPECT_FALSE(checkAccessRights((folder.path() / "missing").string()));
 
-    const std::vector<MachineTypeRecord> types = {{1, "LATHE", "C:\\DNC\\LATHES", 'F'}, {2, "MILL", "C:\\DNC\\MILLS\\", 'F'}};
+    const std::vector<MachineTypeRecord> types
+        = {{1, "LATHE", "C:\\DNC\\LATHES", 'F'}, {2, "MILL", "C:\\DNC\\MILLS\\", 'F'}};
     EXPECT_EQ(normalReceiveFolder(types, 1), "C:\\DNC\\LATHES\\");
     EXPECT_EQ(normalReceiveFolder(types, 2), "C:\\DNC\\MILLS\\");
     EXPECT_EQ(normalReceiveFolder(types, 3), "");

@@ -14,8 +14,8 @@ TEST(MessageStyle, BitsSelectButtonsIconAndDefault)
         std::int16_t icon;
         int defaultButton;
     } const cases[] = {
-        {0, 1, 0, 0}, {1 + 32, 2, 32, 0}, {2 + 256, 3, 0, 1}, {3 + 512 + 64, 3, 64, 2}, {52, 2, 48, 0},
-        {8, 0, 0, 0}, {14 + 80, 0, 0, 0}, // 8-14 have no buttons; 80 is no icon value
+        {0, 1, 0, 0}, {1 + 32, 2, 32, 0}, {2 + 256, 3, 0, 1}, {3 + 512 + 64, 3, 64, 2}, {52, 2, 48, 0}, {8, 0, 0, 0},
+        {14 + 80, 0, 0, 0}, // 8-14 have no buttons; 80 is no icon value
     };
     for (const auto& c : cases) {
         EXPECT_EQ(messageButtons(c.style).size(), c.buttons) << c.style;

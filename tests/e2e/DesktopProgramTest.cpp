@@ -64,13 +64,14 @@ TEST(DesktopProgram, TheDemoTakesItsPicturesWithOrWithoutAWindowManager)
     ASSERT_FALSE(xvfbRun.isEmpty()) << "scripts/install-deps installs xvfb";
     for (const bool bareX : {false, true}) {
         test::ScratchProgramFolder folder;
-        const QStringList demo = {QStringLiteral("--demo"), QStringLiteral("--screenshot"),
-            QString::fromStdString(folder.path().string())};
-        const test::ProgramRun r = bareX ? test::runProgram(xvfbRun, QStringList{QStringLiteral("-a"), Remote} + demo, noDisplay)
-                                         : run(demo, noDisplay);
+        const QStringList demo = {
+            QStringLiteral("--demo"), QStringLiteral("--screenshot"), QString::fromStdString(folder.path().string())};
+        const test::ProgramRun r = bareX
+            ? test::runProgram(xvfbRun, QStringList{QStringLiteral("-a"), Remote} + demo, noDisplay)
+            : run(demo, noDisplay);
         EXPECT_EQ(r.exitCode, 0) << (bareX ? "bare X: " : "offscreen: ") << r.err.toStdString();
-        for (const char* picture : {"startup.png", "main.png", "configuration.png", "commparms-1.png",
-                 "commparms-5.png", "filenotfound.png"})
+        for (const char* picture :
+            {"startup.png", "main.png", "configuration.png", "commparms-1.png", "commparms-5.png", "filenotfound.png"})
             EXPECT_TRUE(folder.exists(picture) && std::filesystem::file_size(folder.file(picture)) > 1000u) << picture;
     }
 }
@@ -87,7 +88,8 @@ TEST(Scripts, InstallDepsLeavesAPreparedMachineAlone)
     }
     const test::ProgramRun r = test::runProgram(QStringLiteral("bash"),
         {QStringLiteral(CORVANE_SOURCE_DIR "/scripts/install-deps")}, [&](QProcessEnvironment& env) {
-            env.insert(QStringLiteral("PATH"), QString::fromStdString(stubs.string()) + QLatin1Char(':') + env.value(QStringLiteral("PATH")));
+            env.insert(QStringLiteral("PATH"),
+                QString::fromStdString(stubs.string()) + QLatin1Char(':') + env.value(QStringLiteral("PATH")));
         });
     EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_FALSE(folder.exists("called")) << "the package manager was run";

@@ -169,7 +169,6 @@ TEST_F(CommParmsForm, ChoicesApplyTheRulesShowWhatTheyForceAndWarnOnlyWhenUp)
     Q_EMIT protocols.activated(0);
     EXPECT_TRUE(find<QGroupBox>("fraHandshake").isEnabled());
     EXPECT_TRUE(find<QCheckBox>("ckPurgeIfInactive").isEnabled());
-
 }
 
 TEST_F(CommParmsForm, ClearingTheOutgoingHeaderEmptiesAndGreysItsValues)
@@ -202,8 +201,9 @@ TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
         {"txtOutHdrVal2", "-5", "", std::nullopt},
         {"txtOutHdrVal3", "256", "", "Value must be between 0 - 255"},
         {"txtOutHdrVal4", "13", "13", std::nullopt},
-        {"txtPurgeIfInactiveSeconds", "3", "10", "Based on the selected Baud rate the minimumn value for this option "
-                                                  "is 10 seconds."},
+        {"txtPurgeIfInactiveSeconds", "3", "10",
+            "Based on the selected Baud rate the minimumn value for this option "
+            "is 10 seconds."},
     };
     for (const auto& c : cases) {
         boxes.calls.clear();
@@ -325,7 +325,8 @@ TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
         link.tables = fresh.tables;
         open();
         whenModal<frmFileNotFoundMsg>([save](frmFileNotFoundMsg& edit) {
-            EXPECT_EQ(control<QPlainTextEdit>(edit, "txtFileNotFoundMsg").toPlainText(), QStringLiteral("NO FILE ON 4"));
+            EXPECT_EQ(
+                control<QPlainTextEdit>(edit, "txtFileNotFoundMsg").toPlainText(), QStringLiteral("NO FILE ON 4"));
             control<QSpinBox>(edit, "spnMachine").setValue(1);
             EXPECT_EQ(control<QLineEdit>(edit, "txtMachineNum").text(), QStringLiteral("2"));
             EXPECT_EQ(control<QLineEdit>(edit, "txtMachineName").text(), QStringLiteral("MACHINE 2"));

@@ -86,12 +86,13 @@ TEST(GenMsgBox, CaptionAndTextShowWhole)
     } const cases[] = {
         {"Access Not Allowed", "No access to the selected function."},
         {"User Already Exists", "Entered user name already exists.  Please change."},
-        {"t", "A long text that wraps, as the supervisor's password warning does, over several lines of the box "
-              "without ever making it wider than the text's own limit."},
+        {"t",
+            "A long text that wraps, as the supervisor's password warning does, over several lines of the box "
+            "without ever making it wider than the text's own limit."},
     };
     for (const auto& c : cases) {
-        frmGenMsgBox box(QString::fromLatin1(c.text), msg::OkOnly | msg::Exclamation, QString::fromLatin1(c.title), {},
-            6.1);
+        frmGenMsgBox box(
+            QString::fromLatin1(c.text), msg::OkOnly | msg::Exclamation, QString::fromLatin1(c.title), {}, 6.1);
         box.show();
         const QLabel& text = control<QLabel>(box, "lblMsg");
         EXPECT_GE(box.width(), captionWidth(box.windowTitle(), box.fontMetrics())) << c.title;

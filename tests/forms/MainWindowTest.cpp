@@ -98,7 +98,8 @@ TEST_F(MainWindow, StartsAsTheSupervisorWhileSecurityIsOffAndConnects)
 
 TEST_F(MainWindow, TheRememberedUserIsAskedForThePasswordAndGuestsGetNoSupervisorMenu)
 {
-    test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", ""), test::user("SMITH", "pw", {4})});
+    test::createStore(
+        {test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", ""), test::user("SMITH", "pw", {4})});
     Save_Last_User(*plant.registry, "SMITH");
     whenModal<frmChangeUser>([](frmChangeUser& form) {
         EXPECT_EQ(form.windowTitle(), QStringLiteral("Security Information"));

@@ -273,7 +273,9 @@ TEST_F(Host, TheVerboseLogShowsARequestWholeNulBytesIncluded)
     QStringList lines;
     host.setLog([&lines](const QString& line) { lines << line; });
     terminal.request(Build_Version_Request());
-    terminal.send(std::string("\x01PKT_TYPE=555\x02SECTION=0\x02" "A\0B\x02\x03\x04", 30));
+    terminal.send(std::string("\x01PKT_TYPE=555\x02SECTION=0\x02"
+                              "A\0B\x02\x03\x04",
+        30));
     ASSERT_TRUE(waitFor([&] { return lines.filter(QStringLiteral("PKT_TYPE=555")).size() == 1; }));
     EXPECT_TRUE(lines.contains(QStringLiteral("recv PKT_TYPE=270<STX>SECTION=0<STX><ETX><EOT>")));
     EXPECT_TRUE(lines.contains(QStringLiteral("recv PKT_TYPE=555<STX>SECTION=0<STX>A<NUL>B<STX><ETX><EOT>")));

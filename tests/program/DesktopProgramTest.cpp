@@ -1,15 +1,15 @@
 // The desktop program as its user meets it: the windows main opens, real message boxes that take
 // the focus as they do on a desktop, keys typed into the controls. Only the clock is the test's.
 #include "app/DesktopProgram.h"
+#include "commparms/forms/frmCommParms.h"
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/forms/frmGenMsgBox.h"
+#include "hostsim/HostPackets.h"
+#include "protocol/Requests.h"
 #include "security/FirstStore.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmTempMsg.h"
-#include "commparms/forms/frmCommParms.h"
-#include "hostsim/HostPackets.h"
-#include "protocol/Requests.h"
 #include "shell/SessionMessages.h"
 #include "shell/forms/frmConfiguration.h"
 #include "support/Forms.h"
@@ -19,12 +19,12 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QTabWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -34,23 +34,8 @@ namespace {
 
 using test::control;
 using test::waitFor;
-using test::whenReady;
-
-// Calls `answer` with the modal box of type T whose `ready` holds, once it is up.
-template <typename T> void whenBox(std::function<bool(T&)> ready, std::function<void(T&)> answer)
-{
-    whenReady(
-        [ready]() -> T* {
-            auto* box = qobject_cast<T*>(QApplication::activeModalWidget());
-            return box && ready(*box) ? box : nullptr;
-        },
-        answer,
-        [] {
-            ADD_FAILURE() << "no " << T::staticMetaObject.className() << " came up as expected";
-            if (QWidget* stray = QApplication::activeModalWidget())
-                stray->close();
-        });
-}
+using test::whenBox;
+using test::whenModal;
 
 void whenMessage(const std::string& text, std::function<void(QMessageBox&)> answer)
 {
@@ -124,13 +109,12 @@ TEST_F(Program, ConnectWaitsForTheLogIn)
     test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
     Save_Last_User(*plant.registry, "SUPERVISOR");
     bool hostHeardNothing = false;
-    whenBox<frmChangeUser>([](frmChangeUser&) { return true; },
-        [&](frmChangeUser& form) {
-            hostHeardNothing = plant.received.empty() && !plant.host.hasTerminal()
-                && program->mainWindow()->session().connectState() == ConnectState::Idle;
-            QTest::keyClicks(&control<QLineEdit>(form, "txtPassword"), QStringLiteral("boss"));
-            QTest::keyClick(&control<QLineEdit>(form, "txtPassword"), Qt::Key_Return);
-        });
+    whenModal<frmChangeUser>([&](frmChangeUser& form) {
+        hostHeardNothing = plant.received.empty() && !plant.host.hasTerminal()
+            && program->mainWindow()->session().connectState() == ConnectState::Idle;
+        QTest::keyClicks(&control<QLineEdit>(form, "txtPassword"), QStringLiteral("boss"));
+        QTest::keyClick(&control<QLineEdit>(form, "txtPassword"), Qt::Key_Return);
+    });
     frmCVRemote& window = start(connectingTo(1));
     ASSERT_TRUE(waitFor([&] { return filled(); }));
     EXPECT_TRUE(hostHeardNothing);
@@ -161,21 +145,20 @@ TEST_F(Program, ADuplicatePortGoesBackAndIsNeverSaved)
     frmCVRemote& window = startAndLogIn();
     bool boxHadTheFocus = false;
     QString afterTheBox;
-    whenBox<frmConfiguration>([](frmConfiguration&) { return true; },
-        [&](frmConfiguration& form) {
-            auto& port4 = control<QLineEdit>(form, "txtSocketPortNumber_4");
-            whenMessage(message::duplicatePort("49144"), [&](QMessageBox& box) {
-                boxHadTheFocus = QApplication::focusWidget() != &port4;
-                QTest::keyClick(&box, Qt::Key_Return);
-            });
-            QTest::mouseClick(&port4, Qt::LeftButton);
-            port4.selectAll();
-            QTest::keyClick(&port4, Qt::Key_Backspace);
-            QTest::keyClicks(&port4, QStringLiteral("49144")); // host 5's port
-            afterTheBox = port4.text();
-            QTest::keyClick(&port4, Qt::Key_Tab);
-            QTest::mouseClick(&control<QPushButton>(form, "cmdSaveHostIP"), Qt::LeftButton);
+    whenModal<frmConfiguration>([&](frmConfiguration& form) {
+        auto& port4 = control<QLineEdit>(form, "txtSocketPortNumber_4");
+        whenMessage(message::duplicatePort("49144"), [&](QMessageBox& box) {
+            boxHadTheFocus = QApplication::focusWidget() != &port4;
+            QTest::keyClick(&box, Qt::Key_Return);
         });
+        QTest::mouseClick(&port4, Qt::LeftButton);
+        port4.selectAll();
+        QTest::keyClick(&port4, Qt::Key_Backspace);
+        QTest::keyClicks(&port4, QStringLiteral("49144")); // host 5's port
+        afterTheBox = port4.text();
+        QTest::keyClick(&port4, Qt::Key_Tab);
+        QTest::mouseClick(&control<QPushButton>(form, "cmdSaveHostIP"), Qt::LeftButton);
+    });
     window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
     EXPECT_TRUE(boxHadTheFocus);
     EXPECT_EQ(afterTheBox, QStringLiteral("49143"));
@@ -192,30 +175,29 @@ TEST_F(Program, KeysThatTypeNothingKeepTheirWorkInTheDigitFields)
     frmCVRemote& window = startAndLogIn();
     QString port, idle;
     bool tabLeft = false, escapeClosed = false;
-    whenBox<frmConfiguration>([](frmConfiguration&) { return true; },
-        [&](frmConfiguration& form) {
-            auto& port3 = control<QLineEdit>(form, "txtSocketPortNumber_3"); // 49142
-            QTest::mouseClick(&port3, Qt::LeftButton);
-            QTest::keyClick(&port3, Qt::Key_Home);
-            QTest::keyClick(&port3, Qt::Key_Right);
-            QTest::keyClick(&port3, Qt::Key_Delete); // 4142
-            QTest::keyClick(&port3, Qt::Key_End);
-            QTest::keyClicks(&port3, QStringLiteral("x7")); // 41427
-            port = port3.text();
-            QTest::keyClick(&port3, Qt::Key_Tab);
-            tabLeft = QApplication::focusWidget() != &port3;
+    whenModal<frmConfiguration>([&](frmConfiguration& form) {
+        auto& port3 = control<QLineEdit>(form, "txtSocketPortNumber_3"); // 49142
+        QTest::mouseClick(&port3, Qt::LeftButton);
+        QTest::keyClick(&port3, Qt::Key_Home);
+        QTest::keyClick(&port3, Qt::Key_Right);
+        QTest::keyClick(&port3, Qt::Key_Delete); // 4142
+        QTest::keyClick(&port3, Qt::Key_End);
+        QTest::keyClicks(&port3, QStringLiteral("x7")); // 41427
+        port = port3.text();
+        QTest::keyClick(&port3, Qt::Key_Tab);
+        tabLeft = QApplication::focusWidget() != &port3;
 
-            auto& minutes = control<QLineEdit>(form, "txtIdleMinutes"); // 5
-            QTest::mouseClick(&minutes, Qt::LeftButton);
-            QTest::keyClick(&minutes, Qt::Key_Left);
-            QTest::keyClick(&minutes, Qt::Key_Left);
-            QTest::keyClicks(&minutes, QStringLiteral("1")); // 15
-            idle = minutes.text();
-            QTest::keyClick(&minutes, Qt::Key_Escape);
-            escapeClosed = !form.isVisible();
-            if (!escapeClosed)
-                form.reject(); // so that a failure does not hang the test
-        });
+        auto& minutes = control<QLineEdit>(form, "txtIdleMinutes"); // 5
+        QTest::mouseClick(&minutes, Qt::LeftButton);
+        QTest::keyClick(&minutes, Qt::Key_Left);
+        QTest::keyClick(&minutes, Qt::Key_Left);
+        QTest::keyClicks(&minutes, QStringLiteral("1")); // 15
+        idle = minutes.text();
+        QTest::keyClick(&minutes, Qt::Key_Escape);
+        escapeClosed = !form.isVisible();
+        if (!escapeClosed)
+            form.reject(); // so that a failure does not hang the test
+    });
     window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
     EXPECT_EQ(port, QStringLiteral("41427"));
     EXPECT_TRUE(tabLeft);
@@ -232,19 +214,19 @@ TEST_F(Program, TheAccessBoxShowsItsCaptionWhole)
     test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
     frmCVRemote& window = startAndLogIn(); // no one remembered, security on: the guest
     int boxWidth = 0, captionNeeds = -1, textWidth = 1000;
-    whenBox<frmTempMsg>([](frmTempMsg&) { return true; },
-        [&](frmTempMsg& form) {
-            whenBox<frmGenMsgBox>([](frmGenMsgBox& box) { return box.windowTitle() == QStringLiteral("Access Not Allowed"); },
-                [&](frmGenMsgBox& box) {
-                    boxWidth = box.width();
-                    captionNeeds = captionWidth(box.windowTitle(), box.fontMetrics());
-                    textWidth = control<QLabel>(box, "lblMsg").width();
-                    QTest::keyClick(&box, Qt::Key_Return);
-                });
-            auto& name = *form.findChild<QLineEdit*>(QStringLiteral("txtTempUserName"));
-            QTest::keyClicks(&name, QStringLiteral("NOBODY"));
-            QTest::mouseClick(&control<QPushButton>(form, "cmdButton_0"), Qt::LeftButton);
-        });
+    whenModal<frmTempMsg>([&](frmTempMsg& form) {
+        whenBox<frmGenMsgBox>(
+            [](frmGenMsgBox& box) { return box.windowTitle() == QStringLiteral("Access Not Allowed"); },
+            [&](frmGenMsgBox& box) {
+                boxWidth = box.width();
+                captionNeeds = captionWidth(box.windowTitle(), box.fontMetrics());
+                textWidth = control<QLabel>(box, "lblMsg").width();
+                QTest::keyClick(&box, Qt::Key_Return);
+            });
+        auto& name = *form.findChild<QLineEdit*>(QStringLiteral("txtTempUserName"));
+        QTest::keyClicks(&name, QStringLiteral("NOBODY"));
+        QTest::mouseClick(&control<QPushButton>(form, "cmdButton_0"), Qt::LeftButton);
+    });
     ASSERT_EQ(window.users().CurrentUser, window.users().GuestIndex);
     window.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
     EXPECT_GE(boxWidth, captionNeeds);
@@ -258,17 +240,16 @@ TEST_F(Program, TheEditorOpensAPortAndSavesItsChangesToTheHost)
     ProgramOptions options = connectingTo(1);
     options.editPort = 15; // EDM 1, the grid's port 15: row 14 on the wire
     QString name;
-    whenBox<frmCommParms>([](frmCommParms&) { return true; },
-        [&](frmCommParms& editor) {
-            name = control<QLineEdit>(editor, "WorkstationName").text();
-            control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
-            auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
-            footer.setFocus();
-            footer.selectAll();
-            QTest::keyClicks(&footer, QStringLiteral("M99"));
-            QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
-            QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
-        });
+    whenModal<frmCommParms>([&](frmCommParms& editor) {
+        name = control<QLineEdit>(editor, "WorkstationName").text();
+        control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
+        auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
+        footer.setFocus();
+        footer.selectAll();
+        QTest::keyClicks(&footer, QStringLiteral("M99"));
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+    });
     start(options);
     ASSERT_TRUE(waitFor([&] { return plant.host.updatesCompleted() == 1; }));
     EXPECT_EQ(name, QStringLiteral("EDM 1"));
@@ -285,9 +266,9 @@ TEST_F(Program, ArrivalsGoOnWhileABoxOfTheEditorIsUp)
     ProgramOptions options = connectingTo(1);
     options.editPort = 1;
     bool arrivedUnderTheBox = false;
-    whenBox<frmCommParms>([](frmCommParms&) { return true; },
-        [&](frmCommParms& editor) {
-            whenBox<QMessageBox>([&](QMessageBox& box) {
+    whenModal<frmCommParms>([&](frmCommParms& editor) {
+        whenBox<QMessageBox>(
+            [&](QMessageBox& box) {
                 if (!box.text().startsWith(QLatin1String("Some communications ports")))
                     return false;
                 if (program->mainWindow()->session().portStatus()[0].WorkstationName != "PUSHED") {
@@ -296,15 +277,15 @@ TEST_F(Program, ArrivalsGoOnWhileABoxOfTheEditorIsUp)
                 }
                 return true;
             },
-                [&](QMessageBox& box) {
-                    arrivedUnderTheBox = true;
-                    QTest::keyClick(&box, Qt::Key_Return);
-                });
-            auto& rates = control<QComboBox>(editor, "BaudRates");
-            rates.setFocus();
-            QTest::keyClick(&rates, Qt::Key_End); // 256000
-            QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
-        });
+            [&](QMessageBox& box) {
+                arrivedUnderTheBox = true;
+                QTest::keyClick(&box, Qt::Key_Return);
+            });
+        auto& rates = control<QComboBox>(editor, "BaudRates");
+        rates.setFocus();
+        QTest::keyClick(&rates, Qt::Key_End); // 256000
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+    });
     start(options);
     ASSERT_TRUE(waitFor([&] { return arrivedUnderTheBox; }));
 }
@@ -317,13 +298,12 @@ TEST_F(Program, SavingWithoutAConnectionIsTrappedNotShown)
     ProgramOptions options = connectingTo(1);
     options.editPort = 3;
     std::optional<bool> noBoxCameUp;
-    whenBox<frmCommParms>([](frmCommParms&) { return true; },
-        [&](frmCommParms& editor) {
-            program->mainWindow()->session().closeSocket();
-            QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
-            noBoxCameUp = QApplication::activeModalWidget() == &editor;
-            editor.accept();
-        });
+    whenModal<frmCommParms>([&](frmCommParms& editor) {
+        program->mainWindow()->session().closeSocket();
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+        noBoxCameUp = QApplication::activeModalWidget() == &editor;
+        editor.accept();
+    });
     start(options);
     ASSERT_TRUE(waitFor([&] { return noBoxCameUp.has_value(); }));
     EXPECT_TRUE(*noBoxCameUp);

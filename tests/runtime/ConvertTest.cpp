@@ -115,9 +115,17 @@ TEST(Convert, FloatingValuesNarrowWithTheirEdges)
         int int16; // 0 with `overflows16`
         bool overflows16;
     } const cases[] = {
-        {2.5, 2, false}, {3.5, 4, false}, {-2.5, -2, false}, {32767.4, 32767, false}, {32767.5, 0, true},
-        {-32768.5, -32768, false}, {-32768.6, 0, true}, {1e300, 0, true}, {-1e300, 0, true},
-        {std::numeric_limits<double>::infinity(), 0, true}, {std::numeric_limits<double>::quiet_NaN(), 0, true},
+        {2.5, 2, false},
+        {3.5, 4, false},
+        {-2.5, -2, false},
+        {32767.4, 32767, false},
+        {32767.5, 0, true},
+        {-32768.5, -32768, false},
+        {-32768.6, 0, true},
+        {1e300, 0, true},
+        {-1e300, 0, true},
+        {std::numeric_limits<double>::infinity(), 0, true},
+        {std::numeric_limits<double>::quiet_NaN(), 0, true},
     };
     for (const auto& c : cases) {
         if (c.overflows16)

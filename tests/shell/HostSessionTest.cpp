@@ -81,9 +81,17 @@ public:
         session = std::make_unique<HostSession>(*config, ui, timers);
     }
     HostSimulator& host() { return plant->host; }
-    bool settled() { return waitFor([this] { return session->connectState() != ConnectState::Connecting
-                                                   && session->connectState() != ConnectState::AwaitingVersion; }); }
-    bool filled() { return waitFor([this] { return !session->portStatus()[0].WorkstationName.empty(); }); }
+    bool settled()
+    {
+        return waitFor([this] {
+            return session->connectState() != ConnectState::Connecting
+                && session->connectState() != ConnectState::AwaitingVersion;
+        });
+    }
+    bool filled()
+    {
+        return waitFor([this] { return !session->portStatus()[0].WorkstationName.empty(); });
+    }
 
     void connectAndFill()
     {
@@ -319,7 +327,8 @@ TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
 TEST_F(Session, ACancelledWaitLeavesLaterWaitsAlone)
 {
     bool flag = false;
-    QMetaObject::invokeMethod(session.get(), [this] { session->cancelWaits(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        session.get(), [this] { session->cancelWaits(); }, Qt::QueuedConnection);
     EXPECT_FALSE(session->waitUntil([&] { return flag; }));
     // A later wait runs until what it waits for holds: the idle tick wakes it to look again.
     QMetaObject::invokeMethod(
@@ -339,10 +348,11 @@ public:
     // Ticks tmrPacketWait once the host holds `count` packets of this type.
     void expireWhenHostHas(std::int16_t type, std::size_t count)
     {
-        test::whenReady([this, type, count]() -> bool* {
-            static bool ready = true;
-            return plant->receivedOfType(type) >= count ? &ready : nullptr;
-        },
+        test::whenReady(
+            [this, type, count]() -> bool* {
+                static bool ready = true;
+                return plant->receivedOfType(type) >= count ? &ready : nullptr;
+            },
             [this](bool&) { timers.fire("tmrPacketWait"); });
     }
 };
@@ -412,10 +422,11 @@ TEST_F(Exchange, AChangeMadeDuringTheUpdateGoesOutWithALaterSection)
     ASSERT_TRUE(session->FetchCommParms(port));
     PortCommParms& record = session->parmsTables().PortCommParmsTable[port];
     const std::string name = record.wstat_name;
-    test::whenReady([this]() -> bool* {
-        static bool ready = true;
-        return plant->receivedOfType(packet_type::PortParms) == 1 ? &ready : nullptr;
-    },
+    test::whenReady(
+        [this]() -> bool* {
+            static bool ready = true;
+            return plant->receivedOfType(packet_type::PortParms) == 1 ? &ready : nullptr;
+        },
         [&record](bool&) {
             record.wstat_name = "RENAMED"; // section 1, already on its way
             record.ConfirmFooter = "LATE"; // section 5, not yet built

@@ -71,17 +71,29 @@ struct ScriptedDesktop final : Desktop {
     }
 };
 
-// Calls `answer` with the next modal dialog of type T once it is up. Should none come within
-// the time limit, whatever modal dialog is up is closed, so that a test fails instead of hanging.
-template <typename T> void whenModal(std::function<void(T&)> answer, int limitMs = 5000)
+// Calls `answer` with the modal dialog of type T for which `ready` holds, once it is up. Should
+// none come within the time limit, whatever modal dialog is up is closed, so that a test fails
+// instead of hanging.
+template <typename T> void whenBox(std::function<bool(T&)> ready, std::function<void(T&)> answer, int limitMs = 5000)
 {
-    whenReady([] { return qobject_cast<T*>(QApplication::activeModalWidget()); }, answer,
+    whenReady(
+        [ready]() -> T* {
+            auto* box = qobject_cast<T*>(QApplication::activeModalWidget());
+            return box && ready(*box) ? box : nullptr;
+        },
+        answer,
         [] {
-            ADD_FAILURE() << "no " << T::staticMetaObject.className() << " came up";
+            ADD_FAILURE() << "no " << T::staticMetaObject.className() << " came up as expected";
             if (QWidget* stray = QApplication::activeModalWidget())
                 stray->close();
         },
         limitMs);
+}
+
+// The next modal dialog of type T, whatever it shows.
+template <typename T> void whenModal(std::function<void(T&)> answer, int limitMs = 5000)
+{
+    whenBox<T>([](T&) { return true; }, std::move(answer), limitMs);
 }
 
 // A child widget by its control name; the test fails when the form has no such control.

@@ -17,8 +17,8 @@ struct ProgramRun {
 };
 
 // Runs a program of ours to its end, in this process's environment as `edit` changes it.
-inline ProgramRun runProgram(const QString& program, const QStringList& arguments,
-                             const std::function<void(QProcessEnvironment&)>& edit = {})
+inline ProgramRun runProgram(
+    const QString& program, const QStringList& arguments, const std::function<void(QProcessEnvironment&)>& edit = {})
 {
     QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -28,7 +28,7 @@ inline ProgramRun runProgram(const QString& program, const QStringList& argument
     process.start(program, arguments);
     EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
     return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
-            QString::fromLocal8Bit(process.readAllStandardError())};
+        QString::fromLocal8Bit(process.readAllStandardError())};
 }
 
 } // namespace corvane::test

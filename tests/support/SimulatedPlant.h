@@ -47,8 +47,8 @@ public:
     std::size_t receivedOfType(std::int16_t type) const
     {
         const std::string prefix = "PKT_TYPE=" + std::to_string(type) + '\x02';
-        return static_cast<std::size_t>(
-            std::count_if(received.begin(), received.end(), [&](const std::string& p) { return p.starts_with(prefix); }));
+        return static_cast<std::size_t>(std::count_if(
+            received.begin(), received.end(), [&](const std::string& p) { return p.starts_with(prefix); }));
     }
 };
 

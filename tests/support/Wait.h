@@ -22,11 +22,11 @@ inline bool waitFor(const std::function<bool()>& done, int limitMs = 5000)
     QTimer limit;
     limit.setSingleShot(true);
     QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    const auto look = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
-        &loop, [&] {
-            if (done())
-                loop.quit();
-        });
+    const auto look
+        = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
+              if (done())
+                  loop.quit();
+          });
     limit.start(limitMs);
     loop.exec();
     QObject::disconnect(look);

@@ -80,8 +80,8 @@ CommTabDataCollection::CommTabDataCollection(ParmsEditing& editor, QWidget* pare
     connect(ui->cmdZoom, &QPushButton::clicked, this, &CommTabDataCollection::cmdZoom_Click);
     for (QPushButton* reserved : {ui->cmdAdvancedFileOptions, ui->cmdAdvancedPrintOptions})
         connect(reserved, &QPushButton::clicked, this, [this] {
-            editor_.services().boxes.MsgBox(std::string(ReservedForFutureUse), msg::Information,
-                toLatin1Bytes(QApplication::applicationName()));
+            editor_.services().boxes.MsgBox(
+                std::string(ReservedForFutureUse), msg::Information, toLatin1Bytes(QApplication::applicationName()));
         });
 }
 
@@ -89,8 +89,7 @@ CommTabDataCollection::~CommTabDataCollection() = default;
 
 void CommTabDataCollection::cmdBrwoseFolder_Click()
 {
-    const QString folder
-        = editor_.services().desktop.chooseFolder(this, QLatin1String(SaveFolderBrowserTitle));
+    const QString folder = editor_.services().desktop.chooseFolder(this, QLatin1String(SaveFolderBrowserTitle));
     if (folder.isEmpty())
         return;
     const std::string receiveFolder

@@ -14,7 +14,8 @@ CommTabOptions::CommTabOptions(ParmsEditing& editor, QWidget* parent)
     ui->setupUi(this);
     // The installed printers as "name ( port )"; each entry keeps the printer's name.
     for (const InstalledPrinter& printer : installedPrinters())
-        ui->cbPrinter->addItem(fromLatin1Bytes(printer.name + " ( " + printer.port + " )"), fromLatin1Bytes(printer.name));
+        ui->cbPrinter->addItem(
+            fromLatin1Bytes(printer.name + " ( " + printer.port + " )"), fromLatin1Bytes(printer.name));
 
     const struct {
         QCheckBox* box;

@@ -9,8 +9,8 @@
 namespace corvane {
 namespace {
 
-const char* const Protocols[] = {"General", "Mazatrol CMT", "Heidenhain Blockwise", "Bridgeport DNC Link", "GE 2000",
-    "Moog S-24", "K&T"};
+const char* const Protocols[]
+    = {"General", "Mazatrol CMT", "Heidenhain Blockwise", "Bridgeport DNC Link", "GE 2000", "Moog S-24", "K&T"};
 
 } // namespace
 
@@ -34,15 +34,13 @@ CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
     DigitField::apply(*ui->txtEobNumNulls, TypedKeys::DigitsOnly);
 
     const auto index = [](int i) { return static_cast<std::int16_t>(i); };
-    connect(ui->BaudRates, &QComboBox::activated, this, [this, index](int i) {
-        editor_.changed(BaudRates_Click(editor_.comm(), index(i), editor_.flags()), true);
-    });
+    connect(ui->BaudRates, &QComboBox::activated, this,
+        [this, index](int i) { editor_.changed(BaudRates_Click(editor_.comm(), index(i), editor_.flags()), true); });
     connect(ui->SpecificProtocols, &QComboBox::activated, this, [this, index](int i) {
         editor_.changed(SpecificProtocols_Click(editor_.comm(), index(i), editor_.flags()), true);
     });
-    connect(ui->EndofBlock, &QComboBox::activated, this, [this, index](int i) {
-        editor_.changed(EndofBlock_Click(editor_.comm(), index(i), editor_.flags()), true);
-    });
+    connect(ui->EndofBlock, &QComboBox::activated, this,
+        [this, index](int i) { editor_.changed(EndofBlock_Click(editor_.comm(), index(i), editor_.flags()), true); });
     connect(dataType_, &QButtonGroup::idClicked, this, [this, index](int code) {
         // The parity, data bits and end of block it forces are shown at once.
         editor_.changed(DataType_Click(editor_.comm(), index(code), editor_.flags()), true);
@@ -59,9 +57,8 @@ CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
         editor_.comm().StopBits = index(code);
         editor_.changed();
     });
-    connect(handshake_, &QButtonGroup::idClicked, this, [this, index](int code) {
-        editor_.changed(Handshake_Click(editor_.comm(), index(code), editor_.flags()));
-    });
+    connect(handshake_, &QButtonGroup::idClicked, this,
+        [this, index](int code) { editor_.changed(Handshake_Click(editor_.comm(), index(code), editor_.flags())); });
     connect(ui->txtEobNumNulls, &QLineEdit::textEdited, this, [this] {
         const RuleOutcome outcome = eobNullsChanged(editor_.comm(), textOf(*ui->txtEobNumNulls), editor_.flags());
         if (outcome.text)

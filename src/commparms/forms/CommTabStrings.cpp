@@ -11,9 +11,8 @@ CommTabStrings::CommTabStrings(ParmsEditing& editor, QWidget* parent)
     ui->setupUi(this);
     using P = PortCommParms;
     ascii_ = {{ui->StartChar, &P::StStr}, {ui->EndChar, &P::EndStr}};
-    const std::array<std::int16_t P::*, 8> starts
-        = {&P::VarStrtStr1, &P::VarStrtStr2, &P::VarStrtStr3, &P::VarStrtStr4, &P::VarStrtStr5, &P::VarStrtStr6,
-            &P::VarStrtStr7, &P::VarStrtStr8};
+    const std::array<std::int16_t P::*, 8> starts = {&P::VarStrtStr1, &P::VarStrtStr2, &P::VarStrtStr3, &P::VarStrtStr4,
+        &P::VarStrtStr5, &P::VarStrtStr6, &P::VarStrtStr7, &P::VarStrtStr8};
     const std::array<std::int16_t P::*, 8> ends = {&P::VarEndStr1, &P::VarEndStr2, &P::VarEndStr3, &P::VarEndStr4,
         &P::VarEndStr5, &P::VarEndStr6, &P::VarEndStr7, &P::VarEndStr8};
     for (std::size_t i = 0; i < starts.size(); ++i) {

@@ -5,9 +5,9 @@
 
 #include <QAbstractButton>
 #include <QButtonGroup>
-#include <QRadioButton>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QSignalBlocker>
 
 namespace corvane {
@@ -54,7 +54,8 @@ QButtonGroup& CommParmsPage::choices(const char* prefix, int count)
 {
     auto* group = new QButtonGroup(this);
     for (int code = 0; code < count; ++code)
-        group->addButton(findChild<QRadioButton*>(QLatin1String(prefix) + QLatin1Char('_') + QString::number(code)), code);
+        group->addButton(
+            findChild<QRadioButton*>(QLatin1String(prefix) + QLatin1Char('_') + QString::number(code)), code);
     return *group;
 }
 

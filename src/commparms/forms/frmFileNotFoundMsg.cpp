@@ -17,7 +17,8 @@ frmFileNotFoundMsg::frmFileNotFoundMsg(PortParmsTables& tables, std::int16_t edi
 {
     ui->setupUi(this);
     ui->spnMachine->setRange(0, static_cast<int>(tables.PortCommParmsTable.size()) - 1);
-    EditPort = static_cast<std::int16_t>(std::clamp<int>(EditPort, ui->spnMachine->minimum(), ui->spnMachine->maximum()));
+    EditPort
+        = static_cast<std::int16_t>(std::clamp<int>(EditPort, ui->spnMachine->minimum(), ui->spnMachine->maximum()));
     {
         const QSignalBlocker quiet(ui->spnMachine);
         ui->spnMachine->setValue(EditPort);

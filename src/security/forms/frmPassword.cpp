@@ -1,7 +1,7 @@
 #include "security/forms/frmPassword.h"
 
-#include "security/Login.h"
 #include "platform/Latin1.h"
+#include "security/Login.h"
 #include "ui_frmPassword.h"
 
 namespace corvane {

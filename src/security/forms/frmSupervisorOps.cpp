@@ -2,10 +2,10 @@
 
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/UntrappedError.h"
+#include "platform/Latin1.h"
 #include "security/UserAdmin.h"
 #include "security/forms/RightsChecks.h"
 #include "security/forms/frmUserInfo.h"
-#include "platform/Latin1.h"
 #include "ui_frmSupervisorOps.h"
 
 namespace corvane {

@@ -1,7 +1,7 @@
 #include "security/forms/frmTempMsg.h"
 
-#include "security/forms/frmChangeUser.h"
 #include "platform/Latin1.h"
+#include "security/forms/frmChangeUser.h"
 #include "ui_frmTempMsg.h"
 
 namespace corvane {

@@ -2,12 +2,12 @@
 
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/UntrappedError.h"
+#include "platform/Latin1.h"
 #include "runtime/Text.h"
 #include "security/Login.h"
 #include "security/UserAdmin.h"
 #include "security/forms/RightsChecks.h"
 #include "security/forms/frmPassword.h"
-#include "platform/Latin1.h"
 #include "ui_frmUserInfo.h"
 
 #include <QCheckBox>

@@ -1,10 +1,10 @@
 #include "shell/forms/frmCVRemote.h"
 
+#include "commparms/forms/frmCommParms.h"
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/UntrappedError.h"
 #include "platform/InstalledPrinters.h"
 #include "platform/Latin1.h"
-#include "commparms/forms/frmCommParms.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmSupervisorOps.h"
@@ -95,7 +95,8 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
     connect(ui->cmdSetBook, &QPushButton::clicked, this, [this] { formBookmark_ = currentBookmark_; });
     connect(ui->cmdGetBook, &QPushButton::clicked, this, [this] { setCurrentRow(formBookmark_); });
 
-    connect(ui->mnuConfiguration, &QAction::triggered, this, [this] { guardedCommand([this] { openConfiguration(); }); });
+    connect(
+        ui->mnuConfiguration, &QAction::triggered, this, [this] { guardedCommand([this] { openConfiguration(); }); });
     connect(ui->mnuSetupUsers, &QAction::triggered, this, [this] {
         guardedCommand([this] {
             frmSupervisorOps form(store_, rights_, services_.boxes, this);
@@ -103,8 +104,8 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
         });
     });
     connect(ui->mnuChangeUser, &QAction::triggered, this, [this] { guardedCommand([this] { changeUser(); }); });
-    connect(ui->mnuHelpContents, &QAction::triggered, this,
-        [this] { showMessage(std::string(message::HelpContents)); });
+    connect(
+        ui->mnuHelpContents, &QAction::triggered, this, [this] { showMessage(std::string(message::HelpContents)); });
     connect(ui->mnuAbout, &QAction::triggered, this, [this] {
         AboutDlg about(this);
         about.exec();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/Services.h"
 #include "security/Login.h"
 #include "security/Rights.h"
 #include "security/forms/SecurityPrompts.h"
@@ -7,7 +8,6 @@
 #include "shell/HostSession.h"
 #include "shell/PortStatusModel.h"
 #include "shell/SessionUi.h"
-#include "dialogs/Services.h"
 
 #include <QMainWindow>
 

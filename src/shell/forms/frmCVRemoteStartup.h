@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ProgramTimer.h"
 #include "dialogs/Services.h"
+#include "platform/ProgramTimer.h"
 
 #include <QMainWindow>
 
