@@ -22,29 +22,6 @@ using namespace corvane;
 
 namespace {
 
-int createUserStore()
-{
-    const std::string path = userStorePath();
-    try {
-        if (createFirstUserStore(path) == FirstStore::AlreadyThere) {
-            std::fprintf(stderr,
-                "corvane-remote: a user store already exists at %s; it was left untouched.\n"
-                "Remove it first to start again with a new one.\n",
-                path.c_str());
-            return 1;
-        }
-    } catch (const RunTimeError& e) {
-        std::fprintf(stderr, "corvane-remote: could not create the user store at %s: %s (error %d).\n", path.c_str(),
-            errorDescription(e.number()).c_str(), e.number());
-        return 2;
-    }
-    std::printf("Created the user store at %s\n"
-                "with the users SUPERVISOR and GUEST, both without password and without rights.\n"
-                "Log in as SUPERVISOR and give it a password to activate security.\n",
-        path.c_str());
-    return 0;
-}
-
 bool hasDisplay()
 {
 #if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
@@ -93,7 +70,7 @@ int main(int argc, char** argv)
         return 0;
     }
     if (options.createUserStore)
-        return createUserStore();
+        return createFirstUserStoreCommand("corvane-remote");
 
     if (!hasDisplay()) {
         if (options.screenshotFolder.isEmpty()) {

@@ -97,6 +97,9 @@ void RedirectCode_Change(PortCommParms& p, std::string_view text);
 // How the redirect code shows: its character, empty for 0.
 std::string redirectCodeText(std::int16_t code);
 // 13. No-wait read: -1 or 0; true when the notice about it is to be shown.
+inline constexpr std::string_view NoWaitReadNotice
+    = "DO NOT use No Wait Read if your Remote Request program, including "
+      "\"Tape Leader and Trailer\"  is greater than 500 characters.";
 bool ckEnableNoWaitRead_Click(PortCommParms& p, bool ticked, const EditorFlags& flags);
 // 15. Specific protocol chosen: non-General protocols untick (and disable) the purge option;
 // when the user made the change, the protocol's fixed settings are applied, each through its

@@ -18,6 +18,7 @@ inline constexpr int SharedModule = 143;
 inline constexpr int PacketDispatch = 155;
 inline constexpr int RequestSender = 201;
 inline constexpr int CommParmsUpdate = 311; // the parameter editor's update
+inline constexpr int ChangeRecord = 312; // the record of parameter changes
 } // namespace location
 
 std::string errorLogPath();

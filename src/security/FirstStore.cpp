@@ -3,6 +3,7 @@
 #include "runtime/RunTimeError.h"
 #include "security/UserStore.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -31,6 +32,29 @@ FirstStore createFirstUserStore(const std::string& path)
     store.Save_User_Record(0);
     store.Save_User_Record(1);
     return FirstStore::Created;
+}
+
+int createFirstUserStoreCommand(const char* program)
+{
+    const std::string path = userStorePath();
+    try {
+        if (createFirstUserStore(path) == FirstStore::AlreadyThere) {
+            std::fprintf(stderr,
+                "%s: a user store already exists at %s; it was left untouched.\n"
+                "Remove it first to start again with a new one.\n",
+                program, path.c_str());
+            return 1;
+        }
+    } catch (const RunTimeError& e) {
+        std::fprintf(stderr, "%s: could not create the user store at %s: %s (error %d).\n", program, path.c_str(),
+            errorDescription(e.number()).c_str(), e.number());
+        return 2;
+    }
+    std::printf("Created the user store at %s\n"
+                "with the users SUPERVISOR and GUEST, both without password and without rights.\n"
+                "Log in as SUPERVISOR and give it a password to activate security.\n",
+        path.c_str());
+    return 0;
 }
 
 } // namespace corvane

@@ -10,4 +10,8 @@ namespace corvane {
 enum class FirstStore { Created, AlreadyThere };
 FirstStore createFirstUserStore(const std::string& path);
 
+// The command of both programs that makes one where the program looks for it, saying what it
+// did: 0 created, 1 a store is there already (untouched), 2 it could not be made.
+int createFirstUserStoreCommand(const char* program);
+
 } // namespace corvane

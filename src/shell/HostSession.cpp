@@ -17,6 +17,7 @@
 #include <QEventLoop>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace corvane {
 namespace {
@@ -190,6 +191,7 @@ void HostSession::cboHostName_Click(int host)
 // timers carry it on, and the window stays live throughout.
 void HostSession::Command1_Click(const QString& txtIP)
 {
+    failure_ = ConnectFailure::Refused; // until the connect gets under way
     if (connected()) {
         ui_.showMessage(message::alreadyConnected());
         return;
@@ -218,6 +220,7 @@ void HostSession::Command1_Click(const QString& txtIP)
         tmrConnectionTimeout->start();
         setStatus(Connecting, ConnectingColour);
         ConnectTickCount = 0;
+        failure_ = ConnectFailure::None;
         setConnectState(ConnectState::Connecting);
     });
 }
@@ -241,6 +244,7 @@ void HostSession::socketConnected()
 
 void HostSession::connectTimedOut()
 {
+    failure_ = ConnectFailure::TimedOut;
     setConnectState(ConnectState::Idle);
     setStatus(Idle, IdleColour);
     ui_.showMessage(message::connectionTimeOut());
@@ -254,6 +258,7 @@ void HostSession::versionArrived()
     if (connect_ != ConnectState::AwaitingVersion || !VersionReceived)
         return;
     if (!hostVersionAccepted(HostVersion)) {
+        failure_ = ConnectFailure::VersionRefused;
         setConnectState(ConnectState::Idle);
         ui_.showMessage(message::hostTooOld(HostVersion));
         failConnect();
@@ -271,6 +276,7 @@ void HostSession::versionTimedOut()
 {
     if (connect_ != ConnectState::AwaitingVersion || VersionReceived)
         return;
+    failure_ = ConnectFailure::VersionTimedOut;
     setConnectState(ConnectState::Idle);
     ui_.showMessage(message::fetchVersionTimeout());
     failConnect();
@@ -422,29 +428,36 @@ HostSession::Reply HostSession::awaitReply(const std::string& request, Bool16& a
     return arrived ? Reply::Arrived : Reply::Expired;
 }
 
-bool HostSession::eachSection(
-    const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired)
+int HostSession::eachSection(
+    const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired, int& sent)
 {
+    sent = 0;
     for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
         if (!connected())
             continue;
+        ++sent;
         switch (awaitReply(request(section), arrived)) {
         case Reply::Arrived:
             continue;
         case Reply::Expired:
             ui_.showMessage(std::string(expired));
-            return false;
+            return section;
         case Reply::CalledOff:
-            return false;
+            return -1;
         }
     }
-    return true;
+    return 0;
 }
 
 bool HostSession::FetchCommParms(std::int16_t port)
 {
-    return eachSection([port](std::int16_t section) { return Build_Port_Parms_Request(section, port); },
-        ParmsPacketReceived, message::FetchCommParmsTimeout);
+    int sent = 0;
+    const int stopped = eachSection([port](std::int16_t section) { return Build_Port_Parms_Request(section, port); },
+        ParmsPacketReceived, message::FetchCommParmsTimeout, sent);
+    // What arrived is what an update will be measured against.
+    if (sent > 0 && port >= 0 && static_cast<std::size_t>(port) < parms_.PortCommParmsTable.size())
+        fetched_[port] = {parms_.commParms(port), parms_.dataCollection(port)};
+    return stopped == 0;
 }
 
 bool HostSession::FetchMachineTypes(std::int16_t displayRow)
@@ -458,16 +471,47 @@ bool HostSession::FetchMachineTypes(std::int16_t displayRow)
 }
 
 // Each section is built as it goes out, so a change made while an earlier one was awaited goes
-// out with its own section when that is still to come.
+// out with its own section when that is still to come. Every update is written down, whatever
+// becomes of it.
 bool HostSession::UpdateCommParms(std::int16_t port)
 {
-    const bool acknowledged = eachSection(
+    const auto host = static_cast<std::size_t>(HostIndex);
+    ChangeRecordEntry entry{userName_, config_.HostIPs[host], config_.SocketPorts[host], port + 1, {}, {}, 0, 0};
+    if (const auto before = fetched_.find(port); before != fetched_.end())
+        entry.changes = changedFields(
+            before->second.first, before->second.second, parms_.commParms(port), parms_.dataCollection(port));
+
+    const int stopped = eachSection(
         [this, port](std::int16_t section) { return Build_Port_Parms_Packet(section, port, parms_) + EOT; },
-        UpdateAckReceived, message::UpdateNoAck);
-    if (!acknowledged)
+        UpdateAckReceived, message::UpdateNoAck, entry.sectionsSent);
+    if (stopped != 0) {
+        entry.outcome = stopped > 0 ? "no acknowledgement" : "called off";
+        entry.section = std::max(stopped, 0);
+        record(entry);
         return false;
-    send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
+    }
+    try {
+        send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
+    } catch (...) {
+        entry.outcome = "trailer not sent";
+        record(entry);
+        throw;
+    }
+    entry.outcome = "complete";
+    record(entry);
+    fetched_[port] = {parms_.commParms(port), parms_.dataCollection(port)}; // what the host now holds
     return true;
+}
+
+// A change that could not be written down still went out; the failure is said where the
+// program's other faults are.
+void HostSession::record(const ChangeRecordEntry& entry)
+{
+    if (const int error = appendChangeRecord(entry)) {
+        Log_Run_Time_Error(location::ChangeRecord, error);
+        std::fprintf(stderr, "The parameter change could not be recorded in %s: %s\n", changeRecordPath().c_str(),
+            errorDescription(error).c_str());
+    }
 }
 
 void HostSession::RefreshPortStates()

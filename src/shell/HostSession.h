@@ -6,12 +6,14 @@
 #include "protocol/Framing.h"
 #include "protocol/Replies.h"
 #include "runtime/Convert.h"
+#include "shell/ChangeRecord.h"
 #include "shell/SessionUi.h"
 
 #include <QTcpSocket>
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -38,6 +40,8 @@ enum SocketState : int {
 // connects or the connect wait runs out, AwaitingVersion until the version reply or its timeout,
 // then Connected (which the disconnect, the idle log-off or a lost socket end).
 enum class ConnectState { Idle, Connecting, AwaitingVersion, Connected };
+// Why the last connect ended in Idle, for callers that act on it rather than read the message.
+enum class ConnectFailure { None, Refused, TimedOut, VersionTimedOut, VersionRefused };
 
 // The one connection to the selected host: connect with the version check, the dispatch of
 // everything the host sends, the port table, the commands that talk to the host and the idle
@@ -60,6 +64,8 @@ public:
     bool cmdCommParms_Click(const std::function<bool()>& checkAccess);
     // The grid's current row changed.
     void rowChanged(int row);
+    // Who is logged in, for the record of parameter changes.
+    void setUserName(std::string name) { userName_ = std::move(name); }
 
     // ParmsLink: what the parameter editor asks of the session.
     PortParmsTables& parmsTables() override { return parms_; }
@@ -82,6 +88,9 @@ public:
     int socketState() const;
     bool connected() const { return socketState() == SocketConnected; }
     ConnectState connectState() const { return connect_; }
+    ConnectFailure connectFailure() const { return failure_; }
+    // Whatever was sent has left for the host.
+    bool allSent() const { return Winsock1.bytesToWrite() == 0; }
     void closeSocket();
 
     // Waits in a nested event loop until `done` holds; every flag the session sets, every timer
@@ -115,10 +124,12 @@ private:
     // until `arrived` is set by the dispatch or the timer ticks.
     enum class Reply { Arrived, Expired, CalledOff };
     Reply awaitReply(const std::string& request, Bool16& arrived);
-    // Sections 1-6, each request sent while connected and awaited; false at the first that does
-    // not come in time (the user is told `expired`) or when the wait is called off.
-    bool eachSection(
-        const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired);
+    // Sections 1-6, each request sent while connected and awaited. 0 when every sent one was
+    // answered; else the section that did not come in time (the user is told `expired`), or -1
+    // when the wait was called off. `sent` counts the requests that went out.
+    int eachSection(
+        const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired, int& sent);
+    void record(const ChangeRecordEntry& entry);
 
     // The connect sequence, one step per event.
     void socketConnected();
@@ -161,7 +172,11 @@ private:
 
     PacketReceiver receiver_;
     PortParmsTables parms_;
+    // Each port's records as last fetched (or last saved): what an update changes.
+    std::map<std::int16_t, std::pair<PortCommParms, DataCollectionParms>> fetched_;
+    std::string userName_;
     ConnectState connect_ = ConnectState::Idle;
+    ConnectFailure failure_ = ConnectFailure::None;
     bool socketError_ = false;
     struct Wait;
     std::vector<Wait*> waits_;

@@ -23,6 +23,8 @@ std::string insufficientRights();
 std::string accessDenied(); // the user store is missing or unusable
 inline constexpr std::string_view AccessDeniedTitle = "Corvane Remote Access Denied";
 std::string duplicatePort(std::string_view portText);
+// The note under the grid for ports that have no serial line.
+inline constexpr std::string_view NotFtpCaption = "Not for use with FTP or Timer Folder connections";
 // Text from the host that is no packet; the one protocol fault the user is shown.
 inline constexpr std::string_view NoPacketString = "No Packet String";
 // The parameter editor's exchanges.

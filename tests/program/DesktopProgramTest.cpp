@@ -10,6 +10,7 @@
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/forms/frmTempMsg.h"
+#include "shell/ChangeRecord.h"
 #include "shell/SessionMessages.h"
 #include "shell/forms/frmConfiguration.h"
 #include "support/Forms.h"
@@ -19,6 +20,7 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -256,6 +258,17 @@ TEST_F(Program, TheEditorOpensAPortAndSavesItsChangesToTheHost)
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].ConfirmFooter, "M99");
     const std::string request = Build_Port_Parms_Request(1, 14).substr(1);
     EXPECT_NE(std::find(plant.received.begin(), plant.received.end(), request), plant.received.end());
+
+    // The change record has the desktop's update as the client would have written it.
+    const std::vector<QJsonObject> record = readChangeRecord();
+    ASSERT_EQ(record.size(), 1u);
+    EXPECT_EQ(record[0].value(QStringLiteral("port")).toInt(), 15);
+    EXPECT_EQ(record[0].value(QStringLiteral("user")).toString(), QStringLiteral("SUPERVISOR"));
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("complete"));
+    const QJsonArray changes = record[0].value(QStringLiteral("changes")).toArray();
+    ASSERT_EQ(changes.size(), 1) << "only what differs from the fetch";
+    EXPECT_EQ(changes[0].toObject().value(QStringLiteral("old")).toString(), QStringLiteral("M30"));
+    EXPECT_EQ(changes[0].toObject().value(QStringLiteral("new")).toString(), QStringLiteral("M99"));
 }
 
 // A box of the editor holds up nothing: the port states the host pushes while the baud warning

@@ -1,5 +1,6 @@
 #include "dialogs/forms/CommMessage.h"
 
+#include "commparms/ParmsRules.h"
 #include "ui_CommMessage.h"
 
 namespace corvane {
@@ -9,6 +10,7 @@ CommMessage::CommMessage(QWidget* parent)
     , ui(std::make_unique<Ui::CommMessage>())
 {
     ui->setupUi(this);
+    ui->lblMessage->setText(QLatin1String(NoWaitReadNotice.data(), static_cast<qsizetype>(NoWaitReadNotice.size())));
     connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
 }
 

@@ -212,7 +212,7 @@ void frmCVRemote::activate()
     if (firstActivation_) {
         firstActivation_ = false;
         Initial_Login(store_, Get_Last_User(services_.registry), login_, prompts_);
-        showSetupUsers();
+        currentUserChanged();
     }
 }
 
@@ -241,9 +241,12 @@ void frmCVRemote::closeEvent(QCloseEvent* event)
     Q_EMIT programEnded(EXIT_SUCCESS);
 }
 
-void frmCVRemote::showSetupUsers()
+// Setup Users is the supervisor's; the record of parameter changes names whoever is logged in.
+void frmCVRemote::currentUserChanged()
 {
     ui->mnuSetupUsers->setVisible(store_.CurrentUser == store_.SupervisorIndex);
+    if (store_.CurrentUser >= 0 && store_.CurrentUser < store_.count())
+        session_.setUserName(store_.users[static_cast<std::size_t>(store_.CurrentUser)].UserName);
 }
 
 void frmCVRemote::openConfiguration()
@@ -279,7 +282,7 @@ void frmCVRemote::changeUser()
     form.exec();
     if (login_.LoginResult == LoginOk) {
         store_.CurrentUser = login_.LoginUser;
-        showSetupUsers();
+        currentUserChanged();
     }
 }
 

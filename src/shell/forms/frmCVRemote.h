@@ -74,7 +74,7 @@ private:
     void rowChanged(int row);
     void setCurrentRow(const std::optional<std::string>& bookmark);
     void setNotFtpColour(const QColor& colour);
-    void showSetupUsers();
+    void currentUserChanged();
     void openConfiguration();
     void changeUser();
     void openCommParms();

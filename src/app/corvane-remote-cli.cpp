@@ -1,0 +1,21 @@
+// The terminal for scripts: corvane-remote-cli status
+#include "cli/Cli.h"
+#include "runtime/ProgramFolder.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
+    corvane::setExecutableFolder(QCoreApplication::applicationDirPath().toStdString());
+    try {
+        corvane::cli::Client client(corvane::cli::parseOptions(QCoreApplication::arguments()));
+        return client.run();
+    } catch (const corvane::cli::UsageError& e) {
+        std::fprintf(stderr, "corvane-remote-cli: %s\nTry 'corvane-remote-cli --help'.\n", qPrintable(e.what));
+        return corvane::cli::Usage;
+    }
+}

@@ -1,0 +1,312 @@
+// The terminal's own settings and users from the command line: config, init-store, users.
+#include "cli/Cli.h"
+
+#include "platform/Latin1.h"
+#include "runtime/Text.h"
+#include "security/FirstStore.h"
+#include "security/UserAdmin.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/SessionMessages.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace corvane::cli {
+namespace {
+
+// "--name T" and the like after the command's own words.
+std::optional<QString> takeOption(QStringList& args, const QString& option)
+{
+    const qsizetype at = args.indexOf(option);
+    if (at < 0)
+        return std::nullopt;
+    if (at + 1 >= args.size())
+        throw UsageError{option + QStringLiteral(" needs a value")};
+    QString value = args[at + 1];
+    args.remove(at, 2);
+    return value;
+}
+
+void saveConfiguration(Client& client)
+{
+    if (!client.configuration().save()) {
+        client.say(message::insufficientRights());
+        Client::end(AccessRefused);
+    }
+}
+
+int configShow(Client& client)
+{
+    HostConfiguration& c = client.configuration();
+    if (client.options().json) {
+        QJsonArray hosts;
+        for (int n = 1; n <= HostCount; ++n) {
+            const auto i = static_cast<std::size_t>(n);
+            hosts.append(QJsonObject{{QStringLiteral("host"), n}, {QStringLiteral("name"), c.HostNames[i]},
+                {QStringLiteral("address"), c.HostIPs[i]}, {QStringLiteral("socketPort"), c.SocketPorts[i]}});
+        }
+        client.printJson(QJsonObject{{QStringLiteral("hosts"), hosts}, {QStringLiteral("idleMinutes"), c.IdleMinutes},
+            {QStringLiteral("lastHost"), c.Get_LastHostIPIndex().toInt()}});
+        return Done;
+    }
+    for (int n = 1; n <= HostCount; ++n) {
+        const auto i = static_cast<std::size_t>(n);
+        client.print(QStringLiteral("Host %1  %2  %3  %4")
+                         .arg(n)
+                         .arg(c.HostNames[i].leftJustified(24), c.HostIPs[i].leftJustified(16))
+                         .arg(c.SocketPorts[i]));
+    }
+    client.print(QStringLiteral("Idle Minutes  %1").arg(c.IdleMinutes));
+    return Done;
+}
+
+// As the configuration form takes a port: corrected as it corrects it, refused as a duplicate.
+int configSetHost(Client& client, QStringList args)
+{
+    const auto name = takeOption(args, QStringLiteral("--name"));
+    const auto address = takeOption(args, QStringLiteral("--address"));
+    const auto socketPort = takeOption(args, QStringLiteral("--socket-port"));
+    bool ok = false;
+    const int n = args.value(0).toInt(&ok);
+    if (args.size() != 1 || !ok || n < 1 || n > HostCount)
+        throw UsageError{QStringLiteral("config set-host takes a host number from 1 to %1").arg(HostCount)};
+    HostConfiguration& c = client.configuration();
+    const auto i = static_cast<std::size_t>(n);
+    if (name)
+        c.HostNames[i] = *name;
+    if (address)
+        c.HostIPs[i] = *address;
+    if (socketPort) {
+        const std::string typed = toLatin1Bytes(*socketPort);
+        if (typed.find_first_not_of("0123456789") != std::string::npos)
+            throw UsageError{QStringLiteral("--socket-port takes digits only")};
+        std::vector<std::string> others;
+        for (int m = 1; m <= HostCount; ++m)
+            if (m != n)
+                others.push_back(std::to_string(c.SocketPorts[static_cast<std::size_t>(m)]));
+        const FieldChange change = portFieldChanged(typed, others);
+        if (change.duplicate) {
+            client.say(message::duplicatePort(change.text));
+            return Usage;
+        }
+        if (change.text != typed)
+            client.say("The socket port reads " + change.text + ", as the configuration form corrects it.");
+        c.SocketPorts[i] = std::stoi(change.text);
+    }
+    saveConfiguration(client);
+    return Done;
+}
+
+int configSetIdle(Client& client, const QStringList& args)
+{
+    const std::string typed = toLatin1Bytes(args.value(0));
+    if (args.size() != 1 || typed.empty() || typed.find_first_not_of("0123456789") != std::string::npos)
+        throw UsageError{QStringLiteral("config set-idle takes the minutes, 0 to 60")};
+    const FieldChange change = idleFieldChanged(typed);
+    if (change.text != typed)
+        client.say("The idle minutes read " + change.text + ", as the configuration form corrects them.");
+    client.configuration().IdleMinutes = static_cast<std::int16_t>(std::stoi(change.text));
+    saveConfiguration(client);
+    return Done;
+}
+
+// A right by its position or its short name: "All (everything ...)" is "all", "Comm Parameters"
+// is "comm-parameters". Only the positions this program's rights list shows.
+std::size_t rightsRow(const RightsList& rights, const QString& right)
+{
+    for (std::size_t row = 0; row < rights.rows.size(); ++row) {
+        const RightsEntry& entry = rights.rows[row];
+        std::string shortName = upperCase(entry.Description.substr(0, entry.Description.find(" (")));
+        for (char& c : shortName)
+            c = c == ' ' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (right == QString::number(entry.RightIndex) || right.toLower() == QString::fromStdString(shortName))
+            return row;
+    }
+    throw UsageError{QStringLiteral("\"%1\" is no right of this program's list").arg(right)};
+}
+
+std::vector<bool> heldRights(const UserEntry& user, const RightsList& rights)
+{
+    std::vector<bool> checked;
+    for (const RightsEntry& entry : rights.rows)
+        checked.push_back(user.Rights.at(static_cast<std::size_t>(entry.RightIndex)) == 1);
+    return checked;
+}
+
+// A live user by name, as the change-user form compares names.
+std::int16_t userNamed(Client& client, const QString& name)
+{
+    const std::string wanted = upperCase(trimBlanks(toLatin1Bytes(name)));
+    UserStore& store = client.users();
+    for (std::int16_t i = 0; i < store.count(); ++i) {
+        const UserEntry& entry = store.users[static_cast<std::size_t>(i)];
+        if (!entry.UserName.empty() && upperCase(entry.UserName) == wanted)
+            return i;
+    }
+    throw UsageError{QStringLiteral("there is no user %1").arg(name)};
+}
+
+void saveUser(Client& client, std::int16_t index, const std::string& name, const std::string& password,
+    const std::vector<bool>& checked)
+{
+    UpdateUserInfo(client.users(), index, name, password, client.rights(), checked);
+    client.users().Save_User_Record(index);
+}
+
+int usersList(Client& client)
+{
+    UserStore& store = client.users();
+    QJsonArray all;
+    for (const UserEntry& user : store.users) {
+        if (user.UserName.empty())
+            continue;
+        QJsonArray rights;
+        QStringList names;
+        for (const RightsEntry& entry : client.rights().rows)
+            if (user.Rights.at(static_cast<std::size_t>(entry.RightIndex)) == 1) {
+                rights.append(QJsonObject{{QStringLiteral("position"), entry.RightIndex},
+                    {QStringLiteral("name"), fromLatin1Bytes(entry.Description)}});
+                names << fromLatin1Bytes(entry.Description);
+            }
+        all.append(QJsonObject{{QStringLiteral("user"), fromLatin1Bytes(user.UserName)},
+            {QStringLiteral("supervisor"), user.IsSupervisor == 1},
+            {QStringLiteral("password"), !user.Password.empty()}, {QStringLiteral("rights"), rights}});
+        if (!client.options().json)
+            client.print(
+                QStringLiteral("%1  %2%3  %4")
+                    .arg(fromLatin1Bytes(user.UserName).leftJustified(20))
+                    .arg(user.IsSupervisor == 1 ? QStringLiteral("supervisor, ") : QString())
+                    .arg(user.Password.empty() ? QStringLiteral("no password") : QStringLiteral("password set"))
+                    .arg(names.join(QStringLiteral(", "))));
+    }
+    if (client.options().json)
+        client.printJson(all);
+    return Done;
+}
+
+int usersAdd(Client& client, QStringList args)
+{
+    const std::string password = toLatin1Bytes(takeOption(args, QStringLiteral("--password")).value_or(QString()));
+    std::vector<bool> checked(client.rights().rows.size(), false);
+    if (const qsizetype at = args.indexOf(QStringLiteral("--grant")); at >= 0) {
+        for (qsizetype i = at + 1; i < args.size(); ++i)
+            checked[rightsRow(client.rights(), args[i])] = true;
+        args = args.mid(0, at);
+    }
+    if (args.size() != 1 || trimBlanks(toLatin1Bytes(args[0])).empty())
+        throw UsageError{QStringLiteral("users add takes one NAME")};
+    const std::string name = toLatin1Bytes(args[0]);
+    if (userNameTaken(client.users(), name)) {
+        client.say("Entered user name already exists.  Please change.");
+        return Usage;
+    }
+    saveUser(client, takeFreeEntry(client.users()), name, password, checked);
+    return Done;
+}
+
+int usersPasswd(Client& client, QStringList args)
+{
+    const std::string password = toLatin1Bytes(takeOption(args, QStringLiteral("--new-password")).value_or(QString()));
+    if (args.size() != 1)
+        throw UsageError{QStringLiteral("users passwd takes one NAME")};
+    const std::int16_t index = userNamed(client, args[0]);
+    UserStore& store = client.users();
+    if (index == store.GuestIndex)
+        throw UsageError{QStringLiteral("the guest's password cannot be changed")};
+    const UserEntry user = store.user(index);
+    if (needsSupervisorPasswordWarning(store, false, password, user.Password)) {
+        client.say(SupervisorPasswordWarning);
+        if (!client.options().yes) {
+            client.say("The password was not changed: answer Yes with --yes.");
+            return Usage;
+        }
+    }
+    saveUser(client, index, user.UserName, password, heldRights(user, client.rights()));
+    return Done;
+}
+
+int usersGrant(Client& client, const QStringList& args, bool grant)
+{
+    if (args.size() < 2)
+        throw UsageError{QStringLiteral("users %1 takes a NAME and at least one RIGHT")
+                             .arg(QLatin1String(grant ? "grant" : "revoke"))};
+    const std::int16_t index = userNamed(client, args[0]);
+    if (!userButtonsFor(client.users(), index).modify)
+        throw UsageError{QStringLiteral("the rights of %1 cannot be changed").arg(args[0])};
+    const UserEntry user = client.users().user(index);
+    std::vector<bool> checked = heldRights(user, client.rights());
+    for (qsizetype i = 1; i < args.size(); ++i)
+        checked[rightsRow(client.rights(), args[i])] = grant;
+    saveUser(client, index, user.UserName, user.Password, checked);
+    return Done;
+}
+
+int usersDelete(Client& client, const QStringList& args)
+{
+    if (args.size() != 1)
+        throw UsageError{QStringLiteral("users delete takes one NAME")};
+    const std::int16_t index = userNamed(client, args[0]);
+    if (!userButtonsFor(client.users(), index).remove)
+        throw UsageError{QStringLiteral("%1 cannot be deleted").arg(args[0])};
+    UserEntry& user = client.users().user(index);
+    client.say(deleteQuestion(user.UserName));
+    if (!client.options().yes) {
+        client.say("Nobody was deleted: answer Yes with --yes.");
+        return Usage;
+    }
+    user.UserName.clear();
+    client.users().Save_User_Record(index);
+    return Done;
+}
+
+} // namespace
+
+int config(Client& client)
+{
+    QStringList args = client.options().arguments;
+    const QString what = args.value(0);
+    args.removeFirst();
+    if (what != QLatin1String("show") && what != QLatin1String("set-host") && what != QLatin1String("set-idle"))
+        throw UsageError{QStringLiteral("config takes show, set-host or set-idle")};
+    client.logIn();
+    client.needRight(CommParmsRight);
+    if (what == QLatin1String("show"))
+        return configShow(client);
+    if (what == QLatin1String("set-host"))
+        return configSetHost(client, args);
+    return configSetIdle(client, args);
+}
+
+int initStore(Client& client)
+{
+    if (!client.options().arguments.isEmpty())
+        throw UsageError{QStringLiteral("init-store takes no arguments")};
+    return createFirstUserStoreCommand("corvane-remote-cli");
+}
+
+int users(Client& client)
+{
+    QStringList args = client.options().arguments;
+    const QString what = args.value(0);
+    if (!args.isEmpty())
+        args.removeFirst();
+    const auto run = [&]() -> int {
+        if (what == QLatin1String("list"))
+            return usersList(client);
+        if (what == QLatin1String("add"))
+            return usersAdd(client, args);
+        if (what == QLatin1String("passwd"))
+            return usersPasswd(client, args);
+        if (what == QLatin1String("grant") || what == QLatin1String("revoke"))
+            return usersGrant(client, args, what == QLatin1String("grant"));
+        return usersDelete(client, args);
+    };
+    if (what != QLatin1String("list") && what != QLatin1String("add") && what != QLatin1String("passwd")
+        && what != QLatin1String("grant") && what != QLatin1String("revoke") && what != QLatin1String("delete"))
+        throw UsageError{QStringLiteral("users takes list, add, passwd, grant, revoke or delete")};
+    client.logIn();
+    client.needSupervisor();
+    return run();
+}
+
+} // namespace corvane::cli

@@ -1,0 +1,396 @@
+#include "cli/Cli.h"
+
+#include "dialogs/MessageStyle.h"
+#include "platform/Latin1.h"
+#include "runtime/ErrorLog.h"
+#include "runtime/RunTimeError.h"
+#include "security/LastUser.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/GridRules.h"
+#include "shell/SessionMessages.h"
+#include "shell/VersionRules.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+
+namespace corvane::cli {
+namespace {
+
+constexpr int AnswerLimitMs = 5000; // a host that answers nothing in this time does not answer
+
+int numberOption(const QString& option, const QString& value, int least, int most)
+{
+    bool ok = false;
+    const int n = value.toInt(&ok);
+    if (!ok || n < least || n > most)
+        throw UsageError{QStringLiteral("%1 takes %2 to %3, not \"%4\"").arg(option).arg(least).arg(most).arg(value)};
+    return n;
+}
+
+struct Command {
+    int (*run)(Client&);
+    const char* usage;
+    const char* summary;
+};
+
+const std::map<QString, Command>& commands()
+{
+    static const std::map<QString, Command> all = {
+        {QStringLiteral("status"), {status, "status", "the port table: one line per port whose row holds any text"}},
+        {QStringLiteral("watch"),
+            {watch, "watch [--interval SECONDS] [--count N]",
+                "refresh every interval (default 5) and print each port whose row changed; stop after N "
+                "refreshes when given, else on an interrupt"}},
+        {QStringLiteral("purge"),
+            {purge, "purge PORT", "purge and reset the port shown as PORT (1 to 128) in the grid (asks: --yes)"}},
+        {QStringLiteral("get-parms"), {getParms, "get-parms PORT", "fetch and print the port's two parameter records"}},
+        {QStringLiteral("set-parms"),
+            {setParms, "set-parms PORT NAME=VALUE...",
+                "fetch, apply each change through the editor's rules in the order given, then send the update"}},
+        {QStringLiteral("export"),
+            {exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"}},
+        {QStringLiteral("import"),
+            {importParms, "import FILE [PORT...]",
+                "send the records in FILE to their ports (each through the update exchange)"}},
+        {QStringLiteral("history"),
+            {history, "history [PORT]", "the record of parameter changes sent to hosts, oldest first"}},
+        {QStringLiteral("config"),
+            {config, "config show | set-host N [--name T] [--address A] [--socket-port P] | set-idle MINUTES",
+                "the five hosts and the idle minutes"}},
+        {QStringLiteral("init-store"), {initStore, "init-store", "create a first user store"}},
+        {QStringLiteral("users"),
+            {users,
+                "users list | add NAME [--password T] [--grant RIGHT...] | passwd NAME [--new-password T] | "
+                "grant NAME RIGHT... | revoke NAME RIGHT... | delete NAME",
+                "the users and their rights (the supervisor only)"}},
+    };
+    return all;
+}
+
+} // namespace
+
+Options parseOptions(const QStringList& arguments)
+{
+    Options o;
+    bool inCommand = false;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString& a = arguments[i];
+        const auto value = [&](const QString& option) -> QString {
+            if (a.startsWith(option + QLatin1Char('=')))
+                return a.mid(option.size() + 1);
+            if (i + 1 >= arguments.size())
+                throw UsageError{option + QStringLiteral(" needs a value")};
+            return arguments[++i];
+        };
+        const auto is = [&a](const char* option) {
+            const QLatin1String name(option);
+            return a == name || a.startsWith(name + QLatin1Char('='));
+        };
+        if (a == QLatin1String("--json")) {
+            o.json = true;
+        } else if (a == QLatin1String("--yes")) {
+            o.yes = true;
+        } else if (inCommand) {
+            o.arguments << a;
+        } else if (is("--host")) {
+            o.host = value(QStringLiteral("--host"));
+        } else if (is("--port")) {
+            o.port = numberOption(QStringLiteral("--port"), value(QStringLiteral("--port")), 1, 65535);
+        } else if (is("--host-number")) {
+            o.hostNumber
+                = numberOption(QStringLiteral("--host-number"), value(QStringLiteral("--host-number")), 1, HostCount);
+        } else if (is("--user")) {
+            o.user = value(QStringLiteral("--user"));
+        } else if (is("--password")) {
+            o.password = value(QStringLiteral("--password"));
+        } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
+            o.command = QStringLiteral("help");
+            inCommand = true;
+        } else if (a == QLatin1String("--version")) {
+            o.command = QStringLiteral("version");
+            inCommand = true;
+        } else if (a.startsWith(QLatin1Char('-'))) {
+            throw UsageError{QStringLiteral("Unknown option '%1'.").arg(a)};
+        } else {
+            o.command = a;
+            inCommand = true;
+        }
+    }
+    if (!o.password && !qEnvironmentVariableIsEmpty("CORVANE_PASSWORD"))
+        o.password = qEnvironmentVariable("CORVANE_PASSWORD");
+    if (o.command.isEmpty())
+        throw UsageError{QStringLiteral("no command given")};
+    if (o.command != QLatin1String("help") && o.command != QLatin1String("version") && !commands().count(o.command))
+        throw UsageError{QStringLiteral("Unknown command '%1'.").arg(o.command)};
+    return o;
+}
+
+QString helpText(const QString& command)
+{
+    if (const auto found = commands().find(command); found != commands().end())
+        return QStringLiteral("Usage: corvane-remote-cli [options] %1\n\n%2\n")
+            .arg(QLatin1String(found->second.usage), QLatin1String(found->second.summary));
+    QString text = QStringLiteral(
+        "Usage: corvane-remote-cli [options] COMMAND [arguments]\n\n"
+        "The remote terminal of a DNC host for scripts: the desktop program's session, rules, user store\n"
+        "and access checks, without windows.\n\n"
+        "Options:\n"
+        "  --host ADDRESS       host address (default: the configured host chosen by --host-number, else the last "
+        "host)\n"
+        "  --port N             TCP port (default: the configured socket port of that host; 49140 with --host\n"
+        "                       and no configuration)\n"
+        "  --host-number N      configured host N, 1 to 5\n"
+        "  --user NAME          log in as NAME\n"
+        "  --password TEXT      its password (or the environment variable CORVANE_PASSWORD)\n"
+        "  --json               machine-readable output on standard output\n"
+        "  --yes                answer Yes to the questions (purge, deleting a user, the supervisor's first "
+        "password)\n\n"
+        "Commands:\n");
+    for (const auto& [name, c] : commands())
+        text += QStringLiteral("  %1\n      %2\n").arg(QLatin1String(c.usage), QLatin1String(c.summary));
+    text += QStringLiteral(
+        "\nPORT is the number the grid shows, 1 to 128. RIGHT is a position of the rights list (0, 4) or its\n"
+        "short name (all, comm-parameters).\n\n"
+        "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
+        "error or refused value; 3 could not connect; 4 host version refused; 5 access refused or log-in failed.\n");
+    return text;
+}
+
+Client::Client(Options options)
+    : options_(std::move(options))
+    , registry_(openSystemRegistry())
+    , config_(*registry_)
+{
+    config_.load();
+}
+
+Client::~Client() = default;
+
+HostSession& Client::session()
+{
+    if (!session_) {
+        SessionUi& ui = *this;
+        session_ = std::make_unique<HostSession>(config_, ui, timers_);
+    }
+    return *session_;
+}
+
+int Client::run()
+{
+    try {
+        if (options_.command == QLatin1String("help")) {
+            std::fputs(qPrintable(helpText(options_.arguments.value(0))), stdout);
+            return Done;
+        }
+        if (options_.arguments.contains(QStringLiteral("--help"))) {
+            std::fputs(qPrintable(helpText(options_.command)), stdout);
+            return Done;
+        }
+        if (options_.command == QLatin1String("version")) {
+            print(QStringLiteral("corvane-remote-cli ") + QString::fromStdString(clientVersionText()));
+            return Done;
+        }
+        return commands().at(options_.command).run(*this);
+    } catch (const UsageError& e) {
+        say("corvane-remote-cli: " + toLatin1Bytes(e.what) + "\nTry 'corvane-remote-cli "
+            + toLatin1Bytes(options_.command) + " --help'.");
+        return Usage;
+    } catch (const Ending& e) {
+        return e.status;
+    } catch (const std::exception& e) {
+        // What no routine traps ends the program, as on the desktop: logged, and said.
+        const int number = errorNumberOf(e);
+        Log_Run_Time_Error(0, number);
+        say("Run-time error '" + std::to_string(number) + "':\n" + errorDescription(number));
+        return number == err::SocketBadState ? NoConnection : NoAnswer;
+    }
+}
+
+void Client::logIn()
+{
+    if (loadUserStore(store_) != StoreLoad::Loaded || store_.users.empty()) {
+        say(message::accessDenied());
+        end(AccessRefused);
+    }
+    Load_Rights_List(rights_, "CVREMOTE");
+    if (options_.user) {
+        std::int16_t index = 0;
+        switch (checkLogin(
+            store_, toLatin1Bytes(*options_.user), toLatin1Bytes(options_.password.value_or(QString())), index)) {
+        case LoginCheck::Ok:
+            store_.CurrentUser = index;
+            break;
+        case LoginCheck::InvalidUserName:
+            say("Invalid User Name");
+            end(AccessRefused);
+        case LoginCheck::InvalidPassword:
+            say("Invalid Password");
+            end(AccessRefused);
+        }
+    } else {
+        // The start-up rules, asking nothing: a remembered user with a password falls to the guest.
+        Initial_Login(store_, Get_Last_User(*registry_), login_, *this);
+    }
+    session().setUserName(store_.user(store_.CurrentUser).UserName);
+}
+
+void Client::needRight(std::int16_t right)
+{
+    if (!Check_Access(store_, right, FalseValue, *this)) {
+        showAccessNotAllowed();
+        end(AccessRefused);
+    }
+}
+
+void Client::needSupervisor()
+{
+    if (store_.CurrentUser != store_.SupervisorIndex) {
+        showAccessNotAllowed();
+        end(AccessRefused);
+    }
+}
+
+void Client::connect()
+{
+    const int n = options_.hostNumber.value_or(std::clamp(config_.Get_LastHostIPIndex().toInt(), 1, HostCount));
+    const auto i = static_cast<std::size_t>(n);
+    if (options_.host) {
+        // An address given for a host slot nobody configured goes to the host's usual port.
+        if (config_.HostIPs[i].isEmpty())
+            config_.SocketPorts[i] = DefaultHostPort;
+        config_.HostIPs[i] = *options_.host;
+    }
+    if (options_.port)
+        config_.SocketPorts[i] = *options_.port;
+    HostSession& s = session();
+    s.cboHostName_Click(n);
+    s.Command1_Click(config_.HostIPs[i]);
+    s.waitUntil([&s] {
+        return s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion;
+    });
+    switch (s.connectFailure()) {
+    case ConnectFailure::None:
+        if (!s.connected())
+            end(NoConnection);
+        // The host answers the connect's own status request after announcing its machine
+        // types; a command that starts before then would take those for its own answers.
+        awaitPortStates();
+        return;
+    case ConnectFailure::VersionTimedOut:
+        end(NoAnswer);
+    case ConnectFailure::VersionRefused:
+        end(VersionRefused);
+    case ConnectFailure::Refused:
+    case ConnectFailure::TimedOut:
+        end(NoConnection);
+    }
+}
+
+void Client::awaitPortStates()
+{
+    if (!waitFor([this] { return tableChanges_ > 0; }, AnswerLimitMs)) {
+        say("The host sent no port states.");
+        end(NoAnswer);
+    }
+}
+
+bool Client::waitFor(const std::function<bool()>& done, int limitMs)
+{
+    bool expired = false;
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, [this, &expired] {
+        expired = true;
+        session().cancelWaits();
+    });
+    limit.start(limitMs);
+    session().waitUntil([&] { return done() || expired; });
+    return done();
+}
+
+void Client::drain()
+{
+    waitFor([this] { return session().allSent(); }, AnswerLimitMs);
+}
+
+std::int16_t Client::portArgument(const QString& text) const
+{
+    return static_cast<std::int16_t>(numberOption(QStringLiteral("PORT"), text, 1, GridRows));
+}
+
+void Client::say(const std::string& text) const
+{
+    std::string lines = text;
+    for (std::size_t at = lines.find("\r\n"); at != std::string::npos; at = lines.find("\r\n", at))
+        lines.erase(at, 1);
+    std::fprintf(stderr, "%s\n", qPrintable(fromLatin1Bytes(lines)));
+    std::fflush(stderr);
+}
+
+void Client::print(const QString& text) const
+{
+    std::fprintf(stdout, "%s\n", qPrintable(text));
+    std::fflush(stdout);
+}
+
+void Client::printJson(const QJsonValue& value, bool indented) const
+{
+    const auto format = indented ? QJsonDocument::Indented : QJsonDocument::Compact;
+    const QByteArray text = value.isArray() ? QJsonDocument(value.toArray()).toJson(format)
+                                            : QJsonDocument(value.toObject()).toJson(format);
+    std::fprintf(stdout, "%s%s", text.constData(), text.endsWith('\n') ? "" : "\n");
+    std::fflush(stdout);
+}
+
+// SessionUi: what the desktop shows in a box goes to standard error; a question is answered by --yes.
+
+void Client::showMessage(const std::string& text)
+{
+    say(text);
+}
+
+std::int16_t Client::askYesNo(const std::string& text)
+{
+    say(text);
+    return options_.yes ? msg::ResultYes : msg::ResultNo;
+}
+
+void Client::portTableChanged()
+{
+    ++tableChanges_;
+}
+
+void Client::notFtpRefused()
+{
+    say(std::string(message::NotFtpCaption));
+    ftpRefused_ = true;
+}
+
+void Client::idleLoggedOff()
+{
+    loggedOff_ = true;
+    session().cancelWaits();
+}
+
+TempUserAnswer Client::askTemporaryUser()
+{
+    return {false, true, {}, {}};
+}
+
+void Client::showAccessNotAllowed()
+{
+    say("No access to the selected function.");
+}
+
+void Client::showChangeUser(LoginValues& values)
+{
+    values.LoginResult = std::string(LoginCancelled);
+}
+
+} // namespace corvane::cli

@@ -1,0 +1,142 @@
+#pragma once
+
+#include "platform/ProgramTimer.h"
+#include "platform/Registry.h"
+#include "security/Login.h"
+#include "security/Rights.h"
+#include "security/UserStore.h"
+#include "shell/HostConfiguration.h"
+#include "shell/HostSession.h"
+
+#include <QJsonValue>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace corvane::cli {
+
+// How the client ends, for scripts.
+enum Exit : int {
+    Done = 0,
+    NoAnswer = 1, // the host did not answer in time, or did not acknowledge an update
+    Usage = 2, // a usage error, or a value refused
+    NoConnection = 3, // could not connect (an unconfigured host included), or the connection went
+    VersionRefused = 4,
+    AccessRefused = 5, // access refused or log-in failed
+};
+
+// Where a host listens unless it is configured otherwise.
+inline constexpr int DefaultHostPort = 49140;
+
+// The options before the command, and the command with what follows it.
+struct Options {
+    std::optional<QString> host;
+    std::optional<int> port;
+    std::optional<int> hostNumber;
+    std::optional<QString> user;
+    std::optional<QString> password;
+    bool json = false;
+    bool yes = false;
+    QString command;
+    QStringList arguments; // the command's own words and options
+};
+
+// A usage error: what was wrong, for standard error; exits 2.
+struct UsageError {
+    QString what;
+};
+// An end the command reached on its way: the status, the message already said.
+struct Ending {
+    int status;
+};
+
+Options parseOptions(const QStringList& arguments); // throws UsageError
+QString helpText(const QString& command = {});
+
+// The client: the desktop's session, rules, user store and access checks, answered on the
+// terminal. Every message the desktop shows in a box goes to standard error, word for word.
+class Client : private SessionUi, private AccessUi, private LoginUi {
+public:
+    explicit Client(Options options);
+    ~Client() override;
+
+    // Runs the command; the exit status.
+    int run();
+
+    // What the commands share.
+    const Options& options() const { return options_; }
+    Registry& registry() { return *registry_; }
+    HostConfiguration& configuration() { return config_; }
+    UserStore& users() { return store_; }
+    const RightsList& rights() const { return rights_; }
+    HostSession& session();
+    // The user store loaded and the user logged in: the start-up rules, or --user and its
+    // password. Ends with 5 when it cannot be done.
+    void logIn();
+    // The right the command needs (no temporary user): ends with 5 on a refusal.
+    void needRight(std::int16_t right);
+    void needSupervisor();
+    // Connected to the chosen host, its version accepted and its first port states in; ends
+    // with 1, 3 or 4 otherwise.
+    void connect();
+    int portTableChanges() const { return tableChanges_; }
+    bool ftpRefused() const { return ftpRefused_; }
+    bool loggedOff() const { return loggedOff_; }
+    // Waits until `done` holds, the session's events waking the wait; false after `limitMs`.
+    bool waitFor(const std::function<bool()>& done, int limitMs);
+    // What was sent goes out before the client ends.
+    void drain();
+    // A port as the grid shows it (1-128) from an argument; ends with 2 when it is none.
+    std::int16_t portArgument(const QString& text) const;
+
+    void say(const std::string& text) const; // standard error, CR LF as new lines
+    void print(const QString& text) const; // standard output, one line
+    void printJson(const QJsonValue& value, bool indented = false) const;
+    [[noreturn]] static void end(int status) { throw Ending{status}; }
+
+private:
+    void awaitPortStates();
+    // SessionUi
+    void showMessage(const std::string& text) override;
+    std::int16_t askYesNo(const std::string& text) override;
+    void showSocketStatus(const QString&, std::uint32_t) override { }
+    void portTableChanged() override;
+    void rememberGridPosition() override { }
+    void afterDisconnect() override { }
+    void notFtpRefused() override;
+    void idleLoggedOff() override;
+    // AccessUi, LoginUi: nothing is ever asked.
+    TempUserAnswer askTemporaryUser() override;
+    void showAccessNotAllowed() override;
+    void showChangeUser(LoginValues& values) override;
+
+    Options options_;
+    std::unique_ptr<Registry> registry_;
+    HostConfiguration config_;
+    UserStore store_;
+    RightsList rights_;
+    LoginValues login_;
+    QtTimers timers_;
+    std::unique_ptr<HostSession> session_;
+    int tableChanges_ = 0;
+    bool ftpRefused_ = false;
+    bool loggedOff_ = false;
+};
+
+// The commands, each in its own place.
+int status(Client& client);
+int watch(Client& client);
+int purge(Client& client);
+int getParms(Client& client);
+int setParms(Client& client);
+int exportParms(Client& client);
+int importParms(Client& client);
+int history(Client& client);
+int config(Client& client);
+int initStore(Client& client);
+int users(Client& client);
+
+} // namespace corvane::cli

@@ -1,0 +1,271 @@
+// A port's parameters from the command line: get-parms, set-parms, export, import, history.
+#include "cli/Cli.h"
+
+#include "commparms/FieldEdit.h"
+#include "commparms/RecordFields.h"
+#include "platform/Latin1.h"
+#include "shell/ChangeRecord.h"
+#include "shell/GridRules.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace corvane::cli {
+namespace {
+
+QJsonObject recordJson(const PortCommParms& p, const DataCollectionParms& d, bool collection)
+{
+    QJsonObject out;
+    for (const RecordField& field : recordFields())
+        if (field.dataCollection == collection)
+            out.insert(fromLatin1Bytes(field.name), jsonOf(fieldValue(p, d, field)));
+    return out;
+}
+
+QJsonObject portJson(Client& client, std::int16_t port)
+{
+    PortParmsTables& t = client.session().parmsTables();
+    const PortCommParms& p = t.commParms(static_cast<std::int16_t>(port - 1));
+    const DataCollectionParms& d = t.dataCollection(static_cast<std::int16_t>(port - 1));
+    return {{QStringLiteral("port"), port}, {QStringLiteral("PortCommParms"), recordJson(p, d, false)},
+        {QStringLiteral("DataCollectionParms"), recordJson(p, d, true)}};
+}
+
+void printRecords(Client& client, std::int16_t port)
+{
+    const QJsonObject records = portJson(client, port);
+    if (client.options().json) {
+        client.printJson(records);
+        return;
+    }
+    client.print(QStringLiteral("Port %1").arg(port));
+    for (const char* name : {"PortCommParms", "DataCollectionParms"}) {
+        client.print(QStringLiteral("  %1").arg(QLatin1String(name)));
+        const QJsonObject record = records.value(QLatin1String(name)).toObject();
+        for (const RecordField& field : recordFields()) {
+            const QJsonValue value = record.value(fromLatin1Bytes(field.name));
+            if (value.isUndefined())
+                continue;
+            client.print(QStringLiteral("    %1 = %2")
+                             .arg(fromLatin1Bytes(field.name).leftJustified(24))
+                             .arg(value.isString() ? value.toString() : QString::number(value.toInteger())));
+        }
+    }
+}
+
+// Connected, logged in with the editor's right, the port fetched; ends with 1 when a section
+// does not come.
+void fetched(Client& client, std::int16_t port)
+{
+    if (!client.session().FetchCommParms(static_cast<std::int16_t>(port - 1)))
+        Client::end(NoAnswer);
+}
+
+void editorSession(Client& client)
+{
+    client.logIn();
+    client.needRight(CommParmsRight);
+    client.connect();
+}
+
+void update(Client& client, std::int16_t port)
+{
+    if (!client.session().UpdateCommParms(static_cast<std::int16_t>(port - 1)))
+        Client::end(NoAnswer);
+    client.drain();
+}
+
+// A value from a file: a JSON number or text, as the field's kind wants.
+std::optional<FieldValue> valueFor(const RecordField& field, const QJsonValue& json)
+{
+    if (field.kind == FieldKind::Text)
+        return json.isString() ? std::optional<FieldValue>(toLatin1Bytes(json.toString())) : std::nullopt;
+    if (!json.isDouble() || json.toDouble() != static_cast<double>(json.toInteger()))
+        return std::nullopt;
+    return FieldValue{std::int64_t{json.toInteger()}};
+}
+
+struct PortRecords {
+    std::int16_t port;
+    PortCommParms comm;
+    DataCollectionParms collection;
+};
+
+// The file's ports, every field checked before anything is sent; ends with 2 on the first fault.
+std::vector<PortRecords> readExport(const QString& path, const QStringList& only)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw UsageError{QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject())
+        throw UsageError{QStringLiteral("%1 is no export of port parameters: %2").arg(path, error.errorString())};
+    std::vector<PortRecords> out;
+    for (const QJsonValue& entry : document.object().value(QStringLiteral("ports")).toArray()) {
+        const QJsonObject port = entry.toObject();
+        const int number = port.value(QStringLiteral("port")).toInt();
+        if (number < 1 || number > GridRows)
+            throw UsageError{QStringLiteral("%1 names a port outside 1 to 128").arg(path)};
+        if (!only.isEmpty() && !only.contains(QString::number(number)))
+            continue;
+        PortRecords records{static_cast<std::int16_t>(number), {}, {}};
+        for (const char* recordName : {"PortCommParms", "DataCollectionParms"}) {
+            const QJsonObject record = port.value(QLatin1String(recordName)).toObject();
+            for (auto it = record.begin(); it != record.end(); ++it) {
+                const RecordField* field = findRecordField(toLatin1Bytes(it.key()));
+                const auto value = field ? valueFor(*field, it.value()) : std::nullopt;
+                if (!field || field->dataCollection != (std::string_view(recordName) == "DataCollectionParms") || !value
+                    || !setFieldValue(records.comm, records.collection, *field, *value))
+                    throw UsageError{
+                        QStringLiteral("port %1 of %2: %3 cannot take that value").arg(number).arg(path, it.key())};
+            }
+        }
+        out.push_back(std::move(records));
+    }
+    if (out.empty())
+        throw UsageError{QStringLiteral("%1 holds none of the ports asked for").arg(path)};
+    return out;
+}
+
+} // namespace
+
+int getParms(Client& client)
+{
+    const QStringList& args = client.options().arguments;
+    if (args.size() != 1)
+        throw UsageError{QStringLiteral("get-parms takes one PORT")};
+    const std::int16_t port = client.portArgument(args[0]);
+    editorSession(client);
+    fetched(client, port);
+    printRecords(client, port);
+    return Done;
+}
+
+int setParms(Client& client)
+{
+    const QStringList& args = client.options().arguments;
+    if (args.size() < 2)
+        throw UsageError{QStringLiteral("set-parms takes a PORT and at least one NAME=VALUE")};
+    const std::int16_t port = client.portArgument(args[0]);
+    std::vector<std::pair<std::string, std::string>> changes;
+    for (qsizetype i = 1; i < args.size(); ++i) {
+        const qsizetype equals = args[i].indexOf(QLatin1Char('='));
+        if (equals <= 0)
+            throw UsageError{QStringLiteral("\"%1\" is no NAME=VALUE").arg(args[i])};
+        changes.emplace_back(toLatin1Bytes(args[i].left(equals)), toLatin1Bytes(args[i].mid(equals + 1)));
+    }
+    editorSession(client);
+    fetched(client, port);
+    PortParmsTables& t = client.session().parmsTables();
+    PortCommParms p = t.commParms(static_cast<std::int16_t>(port - 1));
+    DataCollectionParms d = t.dataCollection(static_cast<std::int16_t>(port - 1));
+    // Every change through its control's rule, in the order given; a refused one stops all.
+    for (const auto& [name, value] : changes) {
+        const FieldEdit edit = editField(p, d, name, value, client.session().machineTypes());
+        if (!edit.accepted) {
+            client.say("corvane-remote-cli: " + edit.refusal + ". Nothing was sent.");
+            return Usage;
+        }
+        for (const RuleMessage& message : edit.outcome.messages)
+            client.say(message.text);
+    }
+    t.commParms(static_cast<std::int16_t>(port - 1)) = p;
+    t.dataCollection(static_cast<std::int16_t>(port - 1)) = d;
+    update(client, port);
+    return Done;
+}
+
+int exportParms(Client& client)
+{
+    QStringList args = client.options().arguments;
+    const qsizetype fileAt = args.indexOf(QStringLiteral("--file"));
+    if (fileAt < 0 || fileAt + 1 >= args.size())
+        throw UsageError{QStringLiteral("export needs --file FILE")};
+    const QString path = args[fileAt + 1];
+    args.remove(fileAt, 2);
+    if (args.isEmpty())
+        throw UsageError{QStringLiteral("export takes at least one PORT")};
+    std::vector<std::int16_t> ports;
+    for (const QString& a : args)
+        ports.push_back(client.portArgument(a));
+    editorSession(client);
+    QJsonArray exported;
+    for (const std::int16_t port : ports) {
+        fetched(client, port);
+        exported.append(portJson(client, port));
+    }
+    const std::size_t host = static_cast<std::size_t>(client.session().hostIndex());
+    const QJsonObject document{{QStringLiteral("host"), client.configuration().HostIPs[host]},
+        {QStringLiteral("hostPort"), client.configuration().SocketPorts[host]},
+        {QStringLiteral("exported"), QDateTime::currentDateTime().toString(Qt::ISODate)},
+        {QStringLiteral("ports"), exported}};
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+        || file.write(QJsonDocument(document).toJson(QJsonDocument::Indented)) < 0) {
+        client.say(
+            "corvane-remote-cli: cannot write " + toLatin1Bytes(path) + ": " + toLatin1Bytes(file.errorString()));
+        return Usage;
+    }
+    client.print(QStringLiteral("Exported %1 port(s) to %2").arg(ports.size()).arg(path));
+    return Done;
+}
+
+int importParms(Client& client)
+{
+    const QStringList& args = client.options().arguments;
+    if (args.isEmpty())
+        throw UsageError{QStringLiteral("import takes a FILE")};
+    for (qsizetype i = 1; i < args.size(); ++i)
+        client.portArgument(args[i]);
+    const std::vector<PortRecords> ports = readExport(args[0], args.mid(1));
+    editorSession(client);
+    for (const PortRecords& records : ports) {
+        fetched(client, records.port); // what the change record measures against
+        PortParmsTables& t = client.session().parmsTables();
+        t.commParms(static_cast<std::int16_t>(records.port - 1)) = records.comm;
+        t.dataCollection(static_cast<std::int16_t>(records.port - 1)) = records.collection;
+        update(client, records.port);
+    }
+    client.print(QStringLiteral("Imported %1 port(s) from %2").arg(ports.size()).arg(args[0]));
+    return Done;
+}
+
+int history(Client& client)
+{
+    const QStringList& args = client.options().arguments;
+    if (args.size() > 1)
+        throw UsageError{QStringLiteral("history takes at most one PORT")};
+    std::optional<int> port;
+    if (!args.isEmpty())
+        port = client.portArgument(args[0]);
+    for (const QJsonObject& entry : readChangeRecord(port)) {
+        if (client.options().json) {
+            client.printJson(entry);
+            continue;
+        }
+        QStringList changes;
+        for (const QJsonValue& change : entry.value(QStringLiteral("changes")).toArray()) {
+            const QJsonObject c = change.toObject();
+            const auto text
+                = [](const QJsonValue& v) { return v.isString() ? v.toString() : QString::number(v.toInteger()); };
+            changes << QStringLiteral("%1 %2 -> %3")
+                           .arg(c.value(QStringLiteral("field")).toString(), text(c.value(QStringLiteral("old"))),
+                               text(c.value(QStringLiteral("new"))));
+        }
+        client.print(
+            QStringLiteral("%1  %2  %3:%4  port %5  %6%7")
+                .arg(entry.value(QStringLiteral("time")).toString(), entry.value(QStringLiteral("user")).toString(),
+                    entry.value(QStringLiteral("host")).toString())
+                .arg(entry.value(QStringLiteral("hostPort")).toInt())
+                .arg(entry.value(QStringLiteral("port")).toInt())
+                .arg(entry.value(QStringLiteral("outcome")).toString(),
+                    changes.isEmpty() ? QString() : QStringLiteral(": ") + changes.join(QStringLiteral(", "))));
+    }
+    return Done;
+}
+
+} // namespace corvane::cli

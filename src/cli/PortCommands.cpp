@@ -1,0 +1,203 @@
+// The port table from the command line: status, watch, purge.
+#include "cli/Cli.h"
+
+#include "platform/Latin1.h"
+#include "shell/GridRules.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace corvane::cli {
+namespace {
+
+bool holdsText(const PortStatusRecord& r)
+{
+    return !(
+        r.WorkstationName.empty() && r.FileName.empty() && r.DNC_ID.empty() && r.Status.empty() && r.ByteCount.empty());
+}
+
+QJsonObject rowJson(int row, const PortStatusRecord& r)
+{
+    return {{QStringLiteral("port"), row + 1}, {QStringLiteral("machine"), fromLatin1Bytes(r.WorkstationName)},
+        {QStringLiteral("program"), fromLatin1Bytes(r.FileName)}, {QStringLiteral("id"), fromLatin1Bytes(r.DNC_ID)},
+        {QStringLiteral("status"), fromLatin1Bytes(r.Status)},
+        {QStringLiteral("byteCount"), fromLatin1Bytes(r.ByteCount)}};
+}
+
+// The grid's columns, as wide as their widest text.
+class Table {
+public:
+    void add(int row, const PortStatusRecord& r)
+    {
+        rows_.push_back({QString::number(row + 1), fromLatin1Bytes(r.WorkstationName), fromLatin1Bytes(r.FileName),
+            fromLatin1Bytes(r.DNC_ID), fromLatin1Bytes(r.Status), fromLatin1Bytes(r.ByteCount)});
+    }
+    void print(const Client& client) const
+    {
+        std::vector<QStringList> all = {{QStringLiteral("Port"), QStringLiteral("Machine"), QStringLiteral("Program"),
+            QStringLiteral("ID"), QStringLiteral("Status"), QStringLiteral("Byte Count")}};
+        all.insert(all.end(), rows_.begin(), rows_.end());
+        std::vector<qsizetype> widths(6, 0);
+        for (const QStringList& row : all)
+            for (std::size_t c = 0; c < 6; ++c)
+                widths[c] = std::max(widths[c], row[static_cast<qsizetype>(c)].size());
+        for (const QStringList& row : all) {
+            QString line;
+            for (std::size_t c = 0; c < 6; ++c) {
+                const QString& cell = row[static_cast<qsizetype>(c)];
+                const bool number = c == 0 || c == 5;
+                line += number ? cell.rightJustified(widths[c]) : cell.leftJustified(widths[c]);
+                if (c < 5)
+                    line += QStringLiteral("  ");
+            }
+            while (line.endsWith(QLatin1Char(' ')))
+                line.chop(1);
+            client.print(line);
+        }
+    }
+    bool empty() const { return rows_.empty(); }
+
+private:
+    std::vector<QStringList> rows_;
+};
+
+// Rows that changed since `shown`, printed and then remembered.
+void printChanged(Client& client, std::vector<PortStatusRecord>& shown)
+{
+    const std::vector<PortStatusRecord>& now = client.session().portStatus();
+    Table table;
+    for (std::size_t row = 0; row < now.size(); ++row) {
+        if (now[row] == shown[row])
+            continue;
+        shown[row] = now[row];
+        if (client.options().json)
+            client.printJson(rowJson(static_cast<int>(row), now[row]));
+        else
+            table.add(static_cast<int>(row), now[row]);
+    }
+    if (!table.empty())
+        table.print(client);
+}
+
+// An interrupt or a termination ends the watch in order; the handler only writes to a pipe.
+int stopPipe[2] = {-1, -1};
+extern "C" void stopRequested(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const auto written = ::write(stopPipe[1], &byte, 1);
+}
+
+} // namespace
+
+int status(Client& client)
+{
+    if (!client.options().arguments.isEmpty())
+        throw UsageError{QStringLiteral("status takes no arguments")};
+    client.logIn();
+    client.connect();
+    const std::vector<PortStatusRecord>& rows = client.session().portStatus();
+    if (client.options().json) {
+        QJsonArray array;
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            if (holdsText(rows[row]))
+                array.append(rowJson(static_cast<int>(row), rows[row]));
+        client.printJson(array);
+    } else {
+        Table table;
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            if (holdsText(rows[row]))
+                table.add(static_cast<int>(row), rows[row]);
+        table.print(client);
+    }
+    return Done;
+}
+
+int watch(Client& client)
+{
+    int intervalSeconds = 5;
+    std::optional<int> count;
+    const QStringList& args = client.options().arguments;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        bool ok = false;
+        if (args[i] == QLatin1String("--interval") && i + 1 < args.size())
+            intervalSeconds = args[++i].toInt(&ok);
+        else if (args[i] == QLatin1String("--count") && i + 1 < args.size())
+            count = args[++i].toInt(&ok);
+        else
+            throw UsageError{QStringLiteral("watch takes --interval SECONDS and --count N, not \"%1\"").arg(args[i])};
+        if (!ok || (intervalSeconds < 1) || (count && *count < 1))
+            throw UsageError{QStringLiteral("--interval and --count take a whole number from 1")};
+    }
+    client.logIn();
+    client.connect();
+
+    std::vector<PortStatusRecord> shown(GridRows);
+    printChanged(client, shown);
+    int refreshes = 0;
+    int answered = client.portTableChanges();
+    bool stop = false;
+
+    QTimer refresh;
+    QObject::connect(&refresh, &QTimer::timeout, [&] {
+        client.session().cmdRefresh_Click();
+        ++refreshes;
+    });
+    refresh.start(intervalSeconds * 1000);
+#ifndef _WIN32
+    std::unique_ptr<QSocketNotifier> stopNotifier;
+    if (::pipe(stopPipe) == 0) {
+        stopNotifier = std::make_unique<QSocketNotifier>(stopPipe[0], QSocketNotifier::Read);
+        QObject::connect(stopNotifier.get(), &QSocketNotifier::activated, [&] {
+            stop = true;
+            client.session().cancelWaits();
+        });
+        std::signal(SIGINT, stopRequested);
+        std::signal(SIGTERM, stopRequested);
+    }
+#endif
+    // Every reply, asked for or pushed by the host, shows what changed.
+    while (!stop) {
+        client.session().waitUntil([&] {
+            return stop || client.portTableChanges() != answered || !client.session().connected() || client.loggedOff();
+        });
+        if (client.loggedOff() || !client.session().connected()) {
+            client.say("The connection to the host has ended.");
+            return NoConnection;
+        }
+        if (client.portTableChanges() != answered) {
+            answered = client.portTableChanges();
+            printChanged(client, shown);
+            if (count && refreshes >= *count)
+                break;
+        }
+    }
+    return Done;
+}
+
+int purge(Client& client)
+{
+    const QStringList& args = client.options().arguments;
+    if (args.size() != 1)
+        throw UsageError{QStringLiteral("purge takes one PORT")};
+    const std::int16_t port = client.portArgument(args[0]);
+    client.logIn();
+    client.connect();
+    HostSession& s = client.session();
+    s.rowChanged(port - 1);
+    s.cmdPurgeAndReset_Click();
+    if (client.ftpRefused())
+        return Usage;
+    if (!client.options().yes) {
+        client.say("Nothing was purged: answer Yes with --yes.");
+        return Usage;
+    }
+    client.drain();
+    return Done;
+}
+
+} // namespace corvane::cli

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "commparms/PortParms.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace corvane {
+
+// Every field of a port's two records, by the name its packet key gives it ("Baud",
+// "SaveToFolder"), in the order the packet carries them; the data collection record's three
+// fields that no packet carries come last.
+enum class FieldKind {
+    Int16, // a number, flags included (-1 on, 0 off)
+    Int32,
+    Bool, // -1 or 0, carried as "True"/"False"
+    Text,
+};
+struct RecordField {
+    std::string_view name;
+    FieldKind kind;
+    bool dataCollection; // a field of DataCollectionParms rather than PortCommParms
+};
+std::span<const RecordField> recordFields();
+const RecordField* findRecordField(std::string_view name);
+
+// A field's stored value: a number for the numeric kinds, a text for texts.
+using FieldValue = std::variant<std::int64_t, std::string>;
+FieldValue fieldValue(const PortCommParms& p, const DataCollectionParms& d, const RecordField& field);
+// Stores a value as it stands (no rule runs); false when it does not fit the field's kind.
+bool setFieldValue(PortCommParms& p, DataCollectionParms& d, const RecordField& field, const FieldValue& value);
+
+// The fields whose values differ between two states of a port's records, with both values.
+struct ChangedField {
+    std::string_view name;
+    FieldValue before;
+    FieldValue after;
+};
+std::vector<ChangedField> changedFields(
+    const PortCommParms& p0, const DataCollectionParms& d0, const PortCommParms& p1, const DataCollectionParms& d1);
+
+} // namespace corvane

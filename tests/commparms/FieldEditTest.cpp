@@ -1,0 +1,119 @@
+#include "commparms/FieldEdit.h"
+#include "commparms/RecordFields.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+struct Port {
+    PortCommParms comm;
+    DataCollectionParms collection;
+    Port()
+    {
+        comm.Baud = 6;
+        comm.iMinimumPurgeSeconds = 10;
+        comm.iPurgeIfInactiveSeconds = 60;
+        comm.bPurgeIfInactive = -1;
+        comm.ConfirmFooter = "M30";
+        comm.Machine_Unique_Id = 1;
+        comm.StripOutgoingHeader = -1; // the outgoing header's values can be set
+        collection.ExtractData = 1;
+        collection.DataStreamOption = 1; // and the segment length
+        collection.MaxDataSegment = 500;
+    }
+    FieldValue operator[](std::string_view name) const { return fieldValue(comm, collection, *findRecordField(name)); }
+};
+
+const std::vector<MachineTypeRecord> Types{{1, "FANUC 0i-TF LATHE", "C:\\DNC\\LATHES", 'F'}};
+
+// Each change as a script names it: what the control's rule makes of it, or why it is refused.
+TEST(FieldEdit, EachChangeGoesThroughItsControlsRule)
+{
+    struct Case {
+        const char* name;
+        const char* value;
+        const char* field; // what to look at afterwards
+        FieldValue expected;
+        const char* says = ""; // a warning that comes with it
+    } const cases[] = {
+        {"ConfirmFooter", "M77", "ConfirmFooter", std::string("M77")},
+        {"Baud", "0", "iPurgeIfInactiveSeconds", std::int64_t{360}}, // the purge time rises with a slow rate
+        {"Baud", "14", "Baud", std::int64_t{14}, "Some communications ports or devices cannot use the baud rates"},
+        {"iPurgeIfInactiveSeconds", "3", "iPurgeIfInactiveSeconds", std::int64_t{10},
+            "minimumn value for this option is 10"},
+        {"MaxDataSegment", "2000", "MaxDataSegment", std::int64_t{1000}, "The maximum segment length is 1000."},
+        {"bPurgeIfInactive", "False", "bPurgeIfInactive", std::int64_t{0}},
+        {"bPurgeIfInactive", "1", "bPurgeIfInactive", std::int64_t{-1}}, // stored as the box stores a tick
+        {"StStr", "37", "StStr", std::int64_t{37}}, {"RedirectCode", "65", "RedirectCode", std::int64_t{65}},
+        {"SpecificProtocol", "4", "bPurgeIfInactive", std::int64_t{0}}, // a fixed protocol clears the purge
+        {"SaveToFolder", "/tmp", "SaveToFolder", std::string("/tmp")}, // where this computer may write
+    };
+    for (const Case& c : cases) {
+        Port port;
+        const FieldEdit edit = editField(port.comm, port.collection, c.name, c.value, Types);
+        ASSERT_TRUE(edit.accepted) << c.name << "=" << c.value << ": " << edit.refusal;
+        EXPECT_EQ(port[c.field], c.expected) << c.name << "=" << c.value;
+        const bool warned = std::any_of(edit.outcome.messages.begin(), edit.outcome.messages.end(),
+            [&](const RuleMessage& m) { return m.text.find(c.says) != std::string::npos; });
+        EXPECT_TRUE(*c.says == 0 || warned) << c.name << "=" << c.value;
+    }
+}
+
+TEST(FieldEdit, ARefusedChangeLeavesTheRecordsAsTheyWere)
+{
+    struct Case {
+        const char* name;
+        const char* value;
+        const char* why;
+    } const cases[] = {
+        {"Nonsense", "1", "no field the editor changes"}, {"Machine_Category_Id", "3", "no field the editor changes"},
+        {"Baud", "15", "it takes 0 to 14"}, {"Baud", "fast", "it takes 0 to 14"},
+        {"OutHdrVal1", "300", "does not take \"300\""}, {"iPurgeIfInactiveSeconds", "-5", "digits only"},
+        {"bPurgeIfInactive", "maybe", "to tick"}, {"ProgQualifier", "ABCDEFGHIJK", "10 characters at most"},
+        {"ConfirmHeader",
+            "a\x02"
+            "b",
+            "field separator"},
+        {"Machine_Unique_Id", "9", "no machine type with that identifier"},
+        {"SaveToFolder", "C:\\DNC\\NOWHERE", "does not have full read write access"},
+        {"PrintOption", "1", "disabled"}, // with data collection off, below
+    };
+    for (const Case& c : cases) {
+        Port port;
+        port.collection.ExtractData = std::string_view(c.name) == "PrintOption" ? 0 : 1;
+        const Port before = port;
+        const FieldEdit edit = editField(port.comm, port.collection, c.name, c.value, Types);
+        EXPECT_FALSE(edit.accepted) << c.name << "=" << c.value;
+        EXPECT_NE(edit.refusal.find(c.why), std::string::npos) << c.name << "=" << c.value << ": " << edit.refusal;
+        EXPECT_TRUE(changedFields(before.comm, before.collection, port.comm, port.collection).empty()) << c.name;
+    }
+}
+
+// Every field reads back what was stored in it, and a difference is seen in that field alone.
+TEST(RecordFields, EveryFieldStoresReadsAndShowsAsChanged)
+{
+    for (const RecordField& field : recordFields()) {
+        Port port;
+        const Port before = port;
+        const FieldValue value = field.kind == FieldKind::Text ? FieldValue{std::string("X7")}
+            : field.kind == FieldKind::Bool                    ? FieldValue{std::int64_t{-1}}
+                                                               : FieldValue{std::int64_t{123}};
+        ASSERT_TRUE(setFieldValue(port.comm, port.collection, field, value)) << field.name;
+        EXPECT_EQ(port[field.name], value) << field.name;
+        const std::vector<ChangedField> changes
+            = changedFields(before.comm, before.collection, port.comm, port.collection);
+        ASSERT_EQ(changes.size(), before[field.name] == value ? 0u : 1u) << field.name;
+        if (!changes.empty()) {
+            EXPECT_EQ(changes[0].name, field.name);
+            EXPECT_EQ(changes[0].before, before[field.name]);
+        }
+        const FieldValue wrongKind
+            = field.kind == FieldKind::Text ? FieldValue{std::int64_t{1}} : FieldValue{std::string("1")};
+        EXPECT_FALSE(setFieldValue(port.comm, port.collection, field, wrongKind)) << field.name;
+    }
+    EXPECT_EQ(findRecordField("NoSuchField"), nullptr);
+}
+
+} // namespace
+} // namespace corvane
