@@ -1,6 +1,7 @@
 // The terminal's own settings and users from the command line: config, init-store, users.
 #include "cli/Cli.h"
 
+#include "cli/PasswordInput.h"
 #include "platform/Latin1.h"
 #include "runtime/Text.h"
 #include "security/FirstStore.h"
@@ -206,13 +207,25 @@ int usersAdd(Client& client, QStringList args)
 
 int usersPasswd(Client& client, QStringList args)
 {
-    const std::string password = toLatin1Bytes(takeOption(args, QStringLiteral("--new-password")).value_or(QString()));
+    const std::optional<QString> given = takeOption(args, QStringLiteral("--new-password"));
     if (args.size() != 1)
         throw UsageError{QStringLiteral("users passwd takes one NAME")};
     const std::int16_t index = userNamed(client, args[0]);
     UserStore& store = client.users();
     if (index == store.GuestIndex)
         throw UsageError{QStringLiteral("the guest's password cannot be changed")};
+    // Without --new-password it is typed (twice, unseen) or piped in, so it is in no command line.
+    std::string password;
+    if (given) {
+        password = toLatin1Bytes(*given);
+    } else {
+        const TypedPassword typed = readNewPassword();
+        if (!typed.password) {
+            client.say(typed.mismatch ? "Passwords Do Not Match" : "No new password was given.");
+            return Usage;
+        }
+        password = *typed.password;
+    }
     const UserEntry user = store.user(index);
     if (needsSupervisorPasswordWarning(store, false, password, user.Password)) {
         client.say(SupervisorPasswordWarning);

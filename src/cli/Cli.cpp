@@ -17,7 +17,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
 
 namespace corvane::cli {
 namespace {
@@ -34,43 +33,54 @@ int numberOption(const QString& option, const QString& value, int least, int mos
 }
 
 struct Command {
+    const char* name;
     int (*run)(Client&);
     const char* usage;
     const char* summary;
 };
 
-const std::map<QString, Command>& commands()
+// In the order the help lists them.
+constexpr Command Commands[] = {
+    {"status", status, "status", "the port table: one line per port whose row holds any text"},
+    {"watch", watch, "watch [--interval SECONDS] [--count N]",
+        "refresh every interval (default 5) and print each port whose row changed;\n"
+        "stop after N refreshes when given, else on an interrupt"},
+    {"purge", purge, "purge PORT", "purge and reset the port shown as PORT (1 to 128) in the grid (asks: --yes)"},
+    {"get-parms", getParms, "get-parms PORT", "fetch and print the port's two parameter records"},
+    {"set-parms", setParms, "set-parms PORT NAME=VALUE...",
+        "fetch, apply each change through the editor's rules in the order given,\nthen send the update"},
+    {"export", exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"},
+    {"import", importParms, "import FILE [PORT...]",
+        "send the records in FILE to their ports (each through the update exchange)"},
+    {"history", history, "history [PORT]", "the record of parameter changes sent to hosts, oldest first"},
+    {"config", config,
+        "config show\n"
+        "config set-host N [--name T] [--address A] [--socket-port P]\n"
+        "config set-idle MINUTES",
+        "the five hosts and the idle minutes, as the configuration form keeps them"},
+    {"init-store", initStore, "init-store", "create a first user store"},
+    {"users", users,
+        "users list\n"
+        "users add NAME [--password T] [--grant RIGHT...]\n"
+        "users passwd NAME [--new-password T]   (without it: typed twice, or one line from a pipe)\n"
+        "users grant NAME RIGHT...\n"
+        "users revoke NAME RIGHT...\n"
+        "users delete NAME   (asks: --yes)",
+        "the users and their rights (the supervisor only)"},
+};
+
+const Command* commandNamed(const QString& name)
 {
-    static const std::map<QString, Command> all = {
-        {QStringLiteral("status"), {status, "status", "the port table: one line per port whose row holds any text"}},
-        {QStringLiteral("watch"),
-            {watch, "watch [--interval SECONDS] [--count N]",
-                "refresh every interval (default 5) and print each port whose row changed; stop after N "
-                "refreshes when given, else on an interrupt"}},
-        {QStringLiteral("purge"),
-            {purge, "purge PORT", "purge and reset the port shown as PORT (1 to 128) in the grid (asks: --yes)"}},
-        {QStringLiteral("get-parms"), {getParms, "get-parms PORT", "fetch and print the port's two parameter records"}},
-        {QStringLiteral("set-parms"),
-            {setParms, "set-parms PORT NAME=VALUE...",
-                "fetch, apply each change through the editor's rules in the order given, then send the update"}},
-        {QStringLiteral("export"),
-            {exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"}},
-        {QStringLiteral("import"),
-            {importParms, "import FILE [PORT...]",
-                "send the records in FILE to their ports (each through the update exchange)"}},
-        {QStringLiteral("history"),
-            {history, "history [PORT]", "the record of parameter changes sent to hosts, oldest first"}},
-        {QStringLiteral("config"),
-            {config, "config show | set-host N [--name T] [--address A] [--socket-port P] | set-idle MINUTES",
-                "the five hosts and the idle minutes"}},
-        {QStringLiteral("init-store"), {initStore, "init-store", "create a first user store"}},
-        {QStringLiteral("users"),
-            {users,
-                "users list | add NAME [--password T] [--grant RIGHT...] | passwd NAME [--new-password T] | "
-                "grant NAME RIGHT... | revoke NAME RIGHT... | delete NAME",
-                "the users and their rights (the supervisor only)"}},
-    };
-    return all;
+    for (const Command& c : Commands)
+        if (name == QLatin1String(c.name))
+            return &c;
+    return nullptr;
+}
+
+// Each line of `text` after the first set in by `indent`.
+QString indented(const char* text, const QString& indent)
+{
+    return QLatin1String(text).toString().replace(QLatin1Char('\n'), QLatin1Char('\n') + indent);
 }
 
 } // namespace
@@ -126,39 +136,42 @@ Options parseOptions(const QStringList& arguments)
         o.password = qEnvironmentVariable("CORVANE_PASSWORD");
     if (o.command.isEmpty())
         throw UsageError{QStringLiteral("no command given")};
-    if (o.command != QLatin1String("help") && o.command != QLatin1String("version") && !commands().count(o.command))
+    if (o.command != QLatin1String("help") && o.command != QLatin1String("version") && !commandNamed(o.command))
         throw UsageError{QStringLiteral("Unknown command '%1'.").arg(o.command)};
     return o;
 }
 
 QString helpText(const QString& command)
 {
-    if (const auto found = commands().find(command); found != commands().end())
+    if (const Command* c = commandNamed(command))
         return QStringLiteral("Usage: corvane-remote-cli [options] %1\n\n%2\n")
-            .arg(QLatin1String(found->second.usage), QLatin1String(found->second.summary));
+            .arg(indented(c->usage, QStringLiteral("       corvane-remote-cli [options] ")), QLatin1String(c->summary));
     QString text = QStringLiteral(
         "Usage: corvane-remote-cli [options] COMMAND [arguments]\n\n"
         "The remote terminal of a DNC host for scripts: the desktop program's session, rules, user store\n"
         "and access checks, without windows.\n\n"
         "Options:\n"
-        "  --host ADDRESS       host address (default: the configured host chosen by --host-number, else the last "
-        "host)\n"
-        "  --port N             TCP port (default: the configured socket port of that host; 49140 with --host\n"
-        "                       and no configuration)\n"
+        "  --host ADDRESS       host address (default: the configured host chosen by --host-number,\n"
+        "                       else the last host)\n"
+        "  --port N             TCP port (default: the configured socket port of that host; 49140 with\n"
+        "                       --host and no configuration)\n"
         "  --host-number N      configured host N, 1 to 5\n"
         "  --user NAME          log in as NAME\n"
         "  --password TEXT      its password (or the environment variable CORVANE_PASSWORD)\n"
         "  --json               machine-readable output on standard output\n"
-        "  --yes                answer Yes to the questions (purge, deleting a user, the supervisor's first "
-        "password)\n\n"
+        "  --yes                answer Yes to the questions (purge, deleting a user, the supervisor's\n"
+        "                       first password)\n"
+        "  --help, --version    this text (COMMAND --help: the command's own), the program's version\n\n"
         "Commands:\n");
-    for (const auto& [name, c] : commands())
-        text += QStringLiteral("  %1\n      %2\n").arg(QLatin1String(c.usage), QLatin1String(c.summary));
+    for (const Command& c : Commands)
+        text += QStringLiteral("  %1\n        %2\n")
+                    .arg(indented(c.usage, QStringLiteral("  ")), indented(c.summary, QStringLiteral("        ")));
     text += QStringLiteral(
         "\nPORT is the number the grid shows, 1 to 128. RIGHT is a position of the rights list (0, 4) or its\n"
-        "short name (all, comm-parameters).\n\n"
+        "short name (all, comm-parameters). Without --user the start-up log-in applies, asking nothing.\n\n"
         "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
-        "error or refused value; 3 could not connect; 4 host version refused; 5 access refused or log-in failed.\n");
+        "error or refused value; 3 could not connect, or the connection ended; 4 host version refused;\n"
+        "5 access refused or log-in failed.\n");
     return text;
 }
 
@@ -196,7 +209,7 @@ int Client::run()
             print(QStringLiteral("corvane-remote-cli ") + QString::fromStdString(clientVersionText()));
             return Done;
         }
-        return commands().at(options_.command).run(*this);
+        return commandNamed(options_.command)->run(*this);
     } catch (const UsageError& e) {
         say("corvane-remote-cli: " + toLatin1Bytes(e.what) + "\nTry 'corvane-remote-cli "
             + toLatin1Bytes(options_.command) + " --help'.");

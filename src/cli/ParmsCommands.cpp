@@ -4,6 +4,7 @@
 #include "commparms/FieldEdit.h"
 #include "commparms/RecordFields.h"
 #include "platform/Latin1.h"
+#include "runtime/ErrorLog.h"
 #include "shell/ChangeRecord.h"
 #include "shell/GridRules.h"
 
@@ -56,12 +57,23 @@ void printRecords(Client& client, std::int16_t port)
     }
 }
 
-// Connected, logged in with the editor's right, the port fetched; ends with 1 when a section
-// does not come.
+// What became of an exchange with the host: a connection that went ends with 3 (a fetch passes
+// over the sections it can no longer ask for), a host that did not answer in time with 1 (its
+// message already said).
+void exchanged(Client& client, bool answered, std::int16_t port)
+{
+    if (!client.session().connected() && !answered) {
+        client.say("The connection to the host ended before port " + std::to_string(port) + " was done.");
+        Client::end(NoConnection);
+    }
+    if (!answered)
+        Client::end(NoAnswer);
+}
+
 void fetched(Client& client, std::int16_t port)
 {
-    if (!client.session().FetchCommParms(static_cast<std::int16_t>(port - 1)))
-        Client::end(NoAnswer);
+    const bool answered = client.session().FetchCommParms(static_cast<std::int16_t>(port - 1));
+    exchanged(client, answered && client.session().connected(), port);
 }
 
 void editorSession(Client& client)
@@ -71,10 +83,13 @@ void editorSession(Client& client)
     client.connect();
 }
 
+// The editor's update, trapped as the editor traps it.
 void update(Client& client, std::int16_t port)
 {
-    if (!client.session().UpdateCommParms(static_cast<std::int16_t>(port - 1)))
-        Client::end(NoAnswer);
+    bool acknowledged = false;
+    runTrapped(location::CommParmsUpdate,
+        [&] { acknowledged = client.session().UpdateCommParms(static_cast<std::int16_t>(port - 1)); });
+    exchanged(client, acknowledged, port);
     client.drain();
 }
 

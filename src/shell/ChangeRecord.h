@@ -19,8 +19,10 @@ struct ChangeRecordEntry {
     int hostPort = 0;
     int port = 0; // as the grid shows it, 1-128
     std::vector<ChangedField> changes;
-    // "complete" (six sections acknowledged, the trailer sent), "no acknowledgement" (stopped at
-    // `section`), "trailer not sent" (the connection had gone), "called off".
+    // "complete" (six sections acknowledged, the trailer sent); else where it stopped, at
+    // `section`: "no acknowledgement", "connection lost" (that section and those after it were
+    // never sent), "called off" (the program ended the wait); "trailer not sent" when the six
+    // were acknowledged and the connection went before the trailer.
     std::string outcome;
     int section = 0;
     int sectionsSent = 0;

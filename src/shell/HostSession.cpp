@@ -484,17 +484,22 @@ bool HostSession::UpdateCommParms(std::int16_t port)
     const int stopped = eachSection(
         [this, port](std::int16_t section) { return Build_Port_Parms_Packet(section, port, parms_) + EOT; },
         UpdateAckReceived, message::UpdateNoAck, entry.sectionsSent);
-    if (stopped != 0) {
-        entry.outcome = stopped > 0 ? "no acknowledgement" : "called off";
-        entry.section = std::max(stopped, 0);
+    if (stopped != 0 || entry.sectionsSent < LastParmsSection) {
+        // Where it stopped: the section not acknowledged, the one awaited when the wait was
+        // called off, or the first one the loop passed over once the connection had gone.
+        entry.section = stopped > 0 ? stopped : stopped < 0 ? entry.sectionsSent : entry.sectionsSent + 1;
+        entry.outcome = !connected() ? "connection lost" : stopped > 0 ? "no acknowledgement" : "called off";
         record(entry);
-        return false;
+        if (stopped != 0)
+            return false;
     }
     try {
         send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
     } catch (...) {
-        entry.outcome = "trailer not sent";
-        record(entry);
+        if (entry.outcome.empty()) {
+            entry.outcome = "trailer not sent";
+            record(entry);
+        }
         throw;
     }
     entry.outcome = "complete";

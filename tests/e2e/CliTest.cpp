@@ -34,13 +34,15 @@ public:
     }
 
     // Runs the client to its end while this process's event loop keeps the host answering.
-    Outcome cli(QStringList arguments, const QProcessEnvironment& extra = {})
+    Outcome cli(QStringList arguments, const QProcessEnvironment& extra = {}, const QByteArray& input = {})
     {
         QProcess process;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(extra);
         process.setProcessEnvironment(env);
         process.start(QStringLiteral(CORVANE_REMOTE_CLI_EXE), arguments);
+        process.write(input);
+        process.closeWriteChannel();
         EXPECT_TRUE(test::waitFor([&] { return process.state() == QProcess::NotRunning; }, 30000))
             << arguments.join(QLatin1Char(' ')).toStdString();
         return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
@@ -108,6 +110,18 @@ TEST_F(Cli, ExitStatusesSayWhatWentWrong)
         EXPECT_TRUE(r.err.contains(QLatin1String(c.says))) << c.name << ": " << r.err.toStdString();
         plant.host.faults = {};
     }
+}
+
+TEST_F(Cli, EveryCommandHasItsHelpAndNeedsNoHostForIt)
+{
+    for (const char* command : {"status", "watch", "purge", "get-parms", "set-parms", "export", "import", "history",
+             "config", "init-store", "users"}) {
+        const Outcome r = cli({QLatin1String(command), QStringLiteral("--help")});
+        EXPECT_EQ(r.status, 0) << command;
+        EXPECT_TRUE(r.out.startsWith(QStringLiteral("Usage: corvane-remote-cli [options] ") + QLatin1String(command)))
+            << r.out.toStdString();
+    }
+    EXPECT_EQ(plant.host.answers(), 0);
 }
 
 TEST_F(Cli, ASilentHostIsOneThatDidNotAnswerInTime)
@@ -188,6 +202,21 @@ TEST_F(Cli, AnUpdateTheHostStopsAcknowledgingEndsWithOneAndNoTrailer)
     ASSERT_EQ(record.size(), 1u);
     EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("no acknowledgement"));
     EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
+}
+
+// The host closes the connection after the version, its machine types, the port states, six
+// fetched sections and two acknowledgements: the third section is never acknowledged.
+TEST_F(Cli, AConnectionLostInTheMiddleOfAnUpdateSaysWhereItStopped)
+{
+    plant.host.faults.closeAfterPackets = 11;
+    const Outcome r = cli({QStringLiteral("set-parms"), QStringLiteral("3"), QStringLiteral("ConfirmHeader=%%")});
+    EXPECT_EQ(r.status, 3) << r.err.toStdString();
+    EXPECT_EQ(hostGot(packet_type::UpdateComplete), 0u);
+    const std::vector<QJsonObject> record = readChangeRecord(3);
+    ASSERT_EQ(record.size(), 1u);
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection lost"));
+    EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
+    EXPECT_EQ(record[0].value(QStringLiteral("changes")).toArray().size(), 1) << "the edit is kept in the record";
 }
 
 TEST_F(Cli, AccessIsTheDesktopsAndNoPasswordIsEverShown)
@@ -341,6 +370,17 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
         0);
     ASSERT_TRUE(store.Load_User_Store());
     EXPECT_EQ(store.users[0].Password, "boss");
+    // A password piped in is in no command line; it is stored trimmed, as the form stores it.
+    const QStringList asSupervisor{
+        QStringLiteral("--user"), QStringLiteral("supervisor"), QStringLiteral("--password"), QStringLiteral("boss")};
+    EXPECT_EQ(
+        cli(asSupervisor + QStringList{QStringLiteral("--yes"), QStringLiteral("users"), QStringLiteral("passwd"),
+                               QStringLiteral("jones")},
+            {}, " Jw9 \n")
+            .status,
+        0);
+    ASSERT_TRUE(store.Load_User_Store());
+    EXPECT_EQ(store.users[2].Password, "Jw9");
     const Outcome listed = cli({QStringLiteral("--user"), QStringLiteral("supervisor"), QStringLiteral("--password"),
         QStringLiteral("BOSS"), QStringLiteral("--json"), QStringLiteral("users"), QStringLiteral("list")});
     EXPECT_EQ(listed.status, 0) << listed.err.toStdString();
