@@ -1,8 +1,10 @@
 // End-to-end figures of the host session on loopback against the simulated host:
-//  1. connect -> version -> status -> grid filled, repeated;
+//  1. connect -> version -> status -> grid filled, repeated, beside a bare socket that connects
+//     and exchanges the same requests with the same host;
 //  2. the parameter editor's six-section fetch and six-section update (acknowledged, then the
 //     trailer), each beside a bare socket that exchanges the same bytes with the same host;
 //  3. the CPU time the terminal uses while it waits 3 s for a host that never answers.
+#include "Loopback.h"
 #include "hostsim/HostSimulator.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
@@ -26,6 +28,7 @@
 #include <vector>
 
 using namespace corvane;
+using namespace corvane::bench;
 
 namespace {
 
@@ -48,74 +51,6 @@ double cpuSeconds()
         + static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
-// Runs the event loop until `done`, looking each time the loop is about to sleep.
-void runUntil(const std::function<bool()>& done)
-{
-    if (done())
-        return;
-    QEventLoop loop;
-    const auto look
-        = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
-              if (done())
-                  loop.quit();
-          });
-    loop.exec();
-    QObject::disconnect(look);
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-// The least any terminal could do: write each request and wait for the chunk that ends its
-// answer, reading nothing into any record.
-class BareTerminal {
-public:
-    explicit BareTerminal(quint16 port)
-    {
-        QObject::connect(&socket_, &QTcpSocket::readyRead, [this] {
-            const QByteArray bytes = socket_.readAll();
-            if (!bytes.isEmpty() && bytes.back() == EOT)
-                ++answers_;
-        });
-        socket_.connectToHost(QStringLiteral("127.0.0.1"), port);
-        runUntil([this] { return socket_.state() == QAbstractSocket::ConnectedState; });
-        socket_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    }
-    void exchange(const std::vector<std::string>& requests)
-    {
-        for (const std::string& request : requests) {
-            const int expected = answers_ + 1;
-            socket_.write(request.data(), static_cast<qint64>(request.size()));
-            runUntil([&] { return answers_ == expected; });
-        }
-    }
-    void send(const std::string& packet) { socket_.write(packet.data(), static_cast<qint64>(packet.size())); }
-
-private:
-    QTcpSocket socket_;
-    int answers_ = 0;
-};
-
-// Runs `session` and `bare` alternately, `runs` times each, and prints both medians.
-void compare(const char* what, int runs, const std::function<void()>& session, const std::function<void()>& bare)
-{
-    std::vector<double> own, floor;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer clock;
-        clock.start();
-        session();
-        own.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        clock.restart();
-        bare();
-        floor.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-    }
-    std::printf("%s, %d runs: median %.3f ms against a bare socket's %.3f ms (%.2fx)\n", what, runs, median(own),
-        median(floor), median(own) / median(floor));
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -136,20 +71,30 @@ int main(int argc, char** argv)
     QtTimers timers;
 
     constexpr int Runs = 40;
-    std::vector<double> ms;
-    for (int i = 0; i < Runs; ++i) {
+    {
+        // The connect: one session connecting and disconnecting as the user does, and one bare
+        // socket likewise, with a host of its own.
+        hostsim::HostSimulator bareHost;
+        bareHost.announceMachineTypes = false;
+        bareHost.listen();
+        BareTerminal bare;
         HostSession session(config, ui, timers);
-        QElapsedTimer clock;
-        clock.start();
-        session.Command1_Click(QStringLiteral("127.0.0.1"));
-        runUntil([&] { return !session.portStatus()[127].WorkstationName.empty(); });
-        ms.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        session.cmdDisconnect_Click();
-        runUntil([&] { return !host.hasTerminal(); });
+        const std::vector<std::string> connectRequests = {Build_Version_Request(), Build_Status_Request()};
+        compare(
+            "connect -> version -> status -> 128 rows filled", Runs,
+            [&] {
+                session.Command1_Click(QStringLiteral("127.0.0.1"));
+                runUntil([&] { return !session.portStatus()[127].WorkstationName.empty(); });
+                session.cmdDisconnect_Click();
+                runUntil([&] { return !host.hasTerminal(); });
+            },
+            [&] {
+                bare.connectTo(bareHost.port());
+                bare.exchange(connectRequests);
+                bare.disconnect();
+                runUntil([&] { return !bareHost.hasTerminal(); });
+            });
     }
-    std::sort(ms.begin(), ms.end());
-    std::printf("connect -> version -> status -> 128 rows filled, %d runs: median %.2f ms, min %.2f ms, max %.2f ms\n",
-        Runs, ms[ms.size() / 2], ms.front(), ms.back());
 
     {
         // The editor's exchanges: one session and one bare socket, each with a host of its own.

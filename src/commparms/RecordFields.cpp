@@ -2,6 +2,7 @@
 
 #include "commparms/ParmsFields.h"
 
+#include <functional>
 #include <limits>
 #include <vector>
 
@@ -76,6 +77,11 @@ const std::vector<RecordField>& fields()
 
 const Entry& entryOf(const RecordField& field)
 {
+    // A field from the table is found by its place in it; a copy, by its name.
+    const std::vector<RecordField>& all = fields();
+    const std::less<const RecordField*> before;
+    if (!before(&field, all.data()) && before(&field, all.data() + all.size()))
+        return entries()[static_cast<std::size_t>(&field - all.data())];
     for (const Entry& e : entries())
         if (e.field.name == field.name)
             return e;
