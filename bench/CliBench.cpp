@@ -42,8 +42,9 @@ double run(const QString& program, const QStringList& arguments)
     runUntil([&] { return process.state() == QProcess::NotRunning; });
     const double ms = msSince(clock);
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
-        std::fprintf(stderr, "%s %s ended with %d: %s\n", qPrintable(program), qPrintable(arguments.join(QLatin1Char(' '))),
-            process.exitCode(), process.readAllStandardError().constData());
+        std::fprintf(stderr, "%s %s ended with %d: %s\n", qPrintable(program),
+            qPrintable(arguments.join(QLatin1Char(' '))), process.exitCode(),
+            process.readAllStandardError().constData());
         std::exit(1);
     }
     return ms;

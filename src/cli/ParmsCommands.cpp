@@ -103,10 +103,10 @@ std::optional<FieldValue> valueFor(const RecordField& field, const QJsonValue& j
     return FieldValue{std::int64_t{json.toInteger()}};
 }
 
+// A port of an export: the values of the fields it holds, each already checked to fit its field.
 struct PortRecords {
     std::int16_t port;
-    PortCommParms comm;
-    DataCollectionParms collection;
+    std::vector<std::pair<const RecordField*, FieldValue>> values;
 };
 
 // The file's ports, every field checked before anything is sent; ends with 2 on the first fault.
@@ -127,16 +127,19 @@ std::vector<PortRecords> readExport(const QString& path, const QStringList& only
             throw UsageError{QStringLiteral("%1 names a port outside 1 to 128").arg(path)};
         if (!only.isEmpty() && !only.contains(QString::number(number)))
             continue;
-        PortRecords records{static_cast<std::int16_t>(number), {}, {}};
+        PortRecords records{static_cast<std::int16_t>(number), {}};
+        PortCommParms comm;
+        DataCollectionParms collection;
         for (const char* recordName : {"PortCommParms", "DataCollectionParms"}) {
             const QJsonObject record = port.value(QLatin1String(recordName)).toObject();
             for (auto it = record.begin(); it != record.end(); ++it) {
                 const RecordField* field = findRecordField(toLatin1Bytes(it.key()));
                 const auto value = field ? valueFor(*field, it.value()) : std::nullopt;
                 if (!field || field->dataCollection != (std::string_view(recordName) == "DataCollectionParms") || !value
-                    || !setFieldValue(records.comm, records.collection, *field, *value))
+                    || !setFieldValue(comm, collection, *field, *value))
                     throw UsageError{
                         QStringLiteral("port %1 of %2: %3 cannot take that value").arg(number).arg(path, it.key())};
+                records.values.emplace_back(field, *value);
             }
         }
         out.push_back(std::move(records));
@@ -239,10 +242,13 @@ int importParms(Client& client)
     const std::vector<PortRecords> ports = readExport(args[0], args.mid(1));
     editorSession(client);
     for (const PortRecords& records : ports) {
-        fetched(client, records.port); // what the change record measures against
+        // The file's values over what the host holds now: a field the file lacks keeps the host's
+        // value, and the change record measures against the fetch.
+        fetched(client, records.port);
         PortParmsTables& t = client.session().parmsTables();
-        t.commParms(static_cast<std::int16_t>(records.port - 1)) = records.comm;
-        t.dataCollection(static_cast<std::int16_t>(records.port - 1)) = records.collection;
+        const auto row = static_cast<std::int16_t>(records.port - 1);
+        for (const auto& [field, value] : records.values)
+            setFieldValue(t.commParms(row), t.dataCollection(row), *field, value);
         update(client, records.port);
     }
     client.print(QStringLiteral("Imported %1 port(s) from %2").arg(ports.size()).arg(args[0]));

@@ -54,8 +54,6 @@ std::string digits(std::string_view name, std::string_view value)
 
 std::string text(std::string_view name, std::string_view value, std::size_t longest = std::string::npos)
 {
-    if (value.find('\x02') != std::string_view::npos)
-        throw Refused{quoted(name, value) + ": no value may hold the field separator"};
     if (value.size() > longest)
         throw Refused{quoted(name, value) + ": its field holds " + std::to_string(longest) + " characters at most"};
     return std::string(value);
@@ -222,6 +220,9 @@ FieldEdit editField(PortCommParms& p, DataCollectionParms& d, std::string_view n
 {
     PortCommParms commAfter = p;
     DataCollectionParms collectAfter = d;
+    if (!travelsIntact(value))
+        return {false,
+            std::string(name) + " does not take that value: no value may hold the packet's control characters", {}};
     try {
         RuleOutcome outcome = apply(commAfter, collectAfter, name, value, machineTypes);
         p = std::move(commAfter);

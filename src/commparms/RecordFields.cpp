@@ -100,7 +100,7 @@ template <typename R> FieldValue valueOf(const FieldSpec<R>& spec, const R& reco
 template <typename R> bool store(const FieldSpec<R>& spec, R& record, const FieldValue& value)
 {
     if (spec.text) {
-        if (const auto* text = std::get_if<std::string>(&value)) {
+        if (const auto* text = std::get_if<std::string>(&value); text && travelsIntact(*text)) {
             record.*spec.text = *text;
             return true;
         }
@@ -122,6 +122,11 @@ template <typename R> bool store(const FieldSpec<R>& spec, R& record, const Fiel
 }
 
 } // namespace
+
+bool travelsIntact(std::string_view text)
+{
+    return text.find_first_of("\x01\x02\x03\x04") == std::string_view::npos;
+}
 
 std::span<const RecordField> recordFields()
 {

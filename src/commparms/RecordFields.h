@@ -31,7 +31,11 @@ const RecordField* findRecordField(std::string_view name);
 // A field's stored value: a number for the numeric kinds, a text for texts.
 using FieldValue = std::variant<std::int64_t, std::string>;
 FieldValue fieldValue(const PortCommParms& p, const DataCollectionParms& d, const RecordField& field);
-// Stores a value as it stands (no rule runs); false when it does not fit the field's kind.
+// Whether a text can travel in a field: the packet's control characters (SOH, STX, ETX, EOT)
+// would end or split its packet.
+bool travelsIntact(std::string_view text);
+// Stores a value as it stands (no rule runs); false when it does not fit the field's kind or
+// could not travel.
 bool setFieldValue(PortCommParms& p, DataCollectionParms& d, const RecordField& field, const FieldValue& value);
 
 // The fields whose values differ between two states of a port's records, with both values.

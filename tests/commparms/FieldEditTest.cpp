@@ -74,7 +74,7 @@ TEST(FieldEdit, ARefusedChangeLeavesTheRecordsAsTheyWere)
         {"ConfirmHeader",
             "a\x02"
             "b",
-            "field separator"},
+            "control characters"},
         {"Machine_Unique_Id", "9", "no machine type with that identifier"},
         {"SaveToFolder", "C:\\DNC\\NOWHERE", "does not have full read write access"},
         {"PrintOption", "1", "disabled"}, // with data collection off, below

@@ -182,7 +182,7 @@ TEST_F(Cli, SetParmsGoesThroughTheRulesAndIsRecorded)
     EXPECT_TRUE(history.out.contains(QStringLiteral("ConfirmFooter M30 -> M77"))) << history.out.toStdString();
 
     // A value a rule refuses, or a name no control has: nothing is sent.
-    for (const char* change : {"Baud=15", "OutHdrVal1=300", "Nonsense=1", "DataType=abc"}) {
+    for (const char* change : {"Baud=15", "OutHdrVal1=300", "Nonsense=1", "DataType=abc", "ConfirmFooter=M\x03"}) {
         const std::size_t sections = hostGot(packet_type::PortParms);
         const Outcome refused = cli({QStringLiteral("set-parms"), QStringLiteral("15"), QLatin1String(change)});
         EXPECT_EQ(refused.status, 2) << change << ": " << refused.err.toStdString();
@@ -290,11 +290,24 @@ TEST_F(Cli, ExportThenImportPutsThePortsBack)
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2], before.PortCommParmsTable[2]);
     EXPECT_EQ(plant.host.plant().parms.DataCollectionTable[14], before.DataCollectionTable[14]);
 
-    plant.folder.write("broken.json", "{\"ports\": [{\"port\": 3, \"PortCommParms\": {\"Baud\": \"fast\"}}]}");
-    const Outcome broken
-        = cli({QStringLiteral("import"), QString::fromStdString(plant.folder.file("broken.json").string())});
-    EXPECT_EQ(broken.status, 2);
-    EXPECT_EQ(plant.host.updatesCompleted(), 2) << "nothing sent";
+    // A file with some fields only: the others keep what the host holds.
+    plant.folder.write("footer.json", "{\"ports\": [{\"port\": 3, \"PortCommParms\": {\"ConfirmFooter\": \"M02\"}}]}");
+    ASSERT_EQ(
+        cli({QStringLiteral("import"), QString::fromStdString(plant.folder.file("footer.json").string())}).status, 0);
+    ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 3; }));
+    PortCommParms expected = before.PortCommParmsTable[2];
+    expected.ConfirmFooter = "M02";
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2], expected);
+
+    // A value of the wrong kind, or a text that would end its packet: nothing is sent.
+    for (const char* broken : {"{\"ports\": [{\"port\": 3, \"PortCommParms\": {\"Baud\": \"fast\"}}]}",
+             "{\"ports\": [{\"port\": 3, \"PortCommParms\": {\"ConfirmFooter\": \"M30\\u0004\"}}]}"}) {
+        plant.folder.write("broken.json", broken);
+        const Outcome r
+            = cli({QStringLiteral("import"), QString::fromStdString(plant.folder.file("broken.json").string())});
+        EXPECT_EQ(r.status, 2) << broken;
+    }
+    EXPECT_EQ(plant.host.updatesCompleted(), 3) << "nothing sent";
 }
 
 TEST_F(Cli, ConfigIsTheConfigurationFormsAndItsRules)
@@ -373,11 +386,11 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
     // A password piped in is in no command line; it is stored trimmed, as the form stores it.
     const QStringList asSupervisor{
         QStringLiteral("--user"), QStringLiteral("supervisor"), QStringLiteral("--password"), QStringLiteral("boss")};
-    EXPECT_EQ(
-        cli(asSupervisor + QStringList{QStringLiteral("--yes"), QStringLiteral("users"), QStringLiteral("passwd"),
-                               QStringLiteral("jones")},
-            {}, " Jw9 \n")
-            .status,
+    EXPECT_EQ(cli(asSupervisor
+                      + QStringList{QStringLiteral("--yes"), QStringLiteral("users"), QStringLiteral("passwd"),
+                          QStringLiteral("jones")},
+                  {}, " Jw9 \n")
+                  .status,
         0);
     ASSERT_TRUE(store.Load_User_Store());
     EXPECT_EQ(store.users[2].Password, "Jw9");
