@@ -100,6 +100,8 @@ TEST_F(Cli, ExitStatusesSayWhatWentWrong)
         {"an unknown command", [](Cli&) {}, {QStringLiteral("frobnicate")}, 2, "Unknown command"},
         {"a port beyond the grid", [](Cli&) {}, {QStringLiteral("purge"), QStringLiteral("129")}, 2,
             "PORT takes 1 to 128"},
+        {"a store that is there already", [](Cli&) {}, {QStringLiteral("init-store")}, 1,
+            "a user store already exists"},
         {"no user store", [](Cli& c) { std::filesystem::remove(c.plant.folder.file("BRELLWICK/BWKXBIDS.DAT")); },
             {QStringLiteral("status")}, 5, "Password Security has been compromised."},
     };
