@@ -9,7 +9,11 @@ namespace corvane {
 void PacketReceiver::accumulate(std::string_view chunk)
 {
     complete_ = false;
-    if (!chunk.empty() && chunk.front() == SOH)
+    const bool startsPacket = !chunk.empty() && chunk.front() == SOH;
+    if (discarding_ && !startsPacket)
+        return;
+    discarding_ = false;
+    if (startsPacket)
         buffer_.assign(chunk.substr(1));
     else
         buffer_.append(chunk);
@@ -17,7 +21,8 @@ void PacketReceiver::accumulate(std::string_view chunk)
     if (buffer_.size() > MaxGathered) {
         Log_Packet_Error(
             "Receive buffer over " + std::to_string(MaxGathered) + " characters without EOT; gathered text dropped.");
-        buffer_.clear();
+        std::string().swap(buffer_); // its memory too
+        discarding_ = !(!chunk.empty() && chunk.back() == EOT);
         return;
     }
     if (!chunk.empty() && chunk.back() == EOT) {
@@ -29,6 +34,7 @@ void PacketReceiver::accumulate(std::string_view chunk)
 
 void PacketReceiver::reset()
 {
+    discarding_ = false;
     buffer_.clear();
     completed_.clear();
     complete_ = false;

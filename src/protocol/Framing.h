@@ -21,8 +21,10 @@ inline constexpr char EOT = '\x04'; // last character of a packet
 // it starts and ends a chunk; two packets joined in one chunk come out as one packet text.
 class PacketReceiver {
 public:
-    // Gathered text beyond this is dropped (and logged) so that a host that never sends EOT
-    // cannot make the terminal grow without bound.
+    // Gathered text beyond this is dropped (and logged once) so that a host that never sends
+    // EOT cannot make the terminal grow without bound; the chunks after it are passed over until
+    // one starts a packet, so the dropped packet's tail never comes out as a packet of its own.
+    // The largest real packet, a 128-port status reply with long names, stays far below it.
     static constexpr std::size_t MaxGathered = 1u << 20;
 
     void accumulate(std::string_view chunk);
@@ -35,6 +37,7 @@ private:
     std::string buffer_;
     std::string completed_;
     bool complete_ = false;
+    bool discarding_ = false; // the rest of a dropped packet is still coming
 };
 
 // The packet's type: the host's number, 999 for an acknowledgement ("ACK..."), -1 for text that

@@ -547,8 +547,7 @@ void HostSession::dispatch(const std::string& chunk)
     const std::string packet = receiver_.completedPacket();
     ParmsPacketReceived = TrueValue;
 
-    const std::int16_t type
-        = Get_Packet_Type(packet, [this] { ui_.showMessage(std::string(message::NoPacketString)); });
+    const std::int16_t type = Get_Packet_Type(packet, [this] { noPacketString(); });
     if (type == packet_type::Ack) {
         UpdateAckReceived = TrueValue;
         return;
@@ -586,6 +585,21 @@ void HostSession::dispatch(const std::string& chunk)
             Log_Packet_Error("Unknown packet.");
         break;
     }
+}
+
+// One "No Packet String" box at a time: while it is up, arrivals go on being taken in, and a
+// further text that is no packet is logged without a box of its own on top, so that a host
+// sending nothing but such text cannot pile boxes up without end.
+void HostSession::noPacketString()
+{
+    if (noPacketNoticeUp_)
+        return;
+    noPacketNoticeUp_ = true;
+    struct Down {
+        bool& up;
+        ~Down() { up = false; }
+    } down{noPacketNoticeUp_};
+    ui_.showMessage(std::string(message::NoPacketString));
 }
 
 void HostSession::clearPortStatus()

@@ -114,6 +114,7 @@ Q_SIGNALS:
 private:
     void Accumulate_Socket_Data(const std::string& chunk);
     void dispatch(const std::string& chunk);
+    void noPacketString();
     void clearPortStatus();
     void setStatus(const QString& caption, std::uint32_t colour);
     void setConnectState(ConnectState state);
@@ -178,6 +179,7 @@ private:
     ConnectState connect_ = ConnectState::Idle;
     ConnectFailure failure_ = ConnectFailure::None;
     bool socketError_ = false;
+    bool noPacketNoticeUp_ = false;
     struct Wait;
     std::vector<Wait*> waits_;
     QString caption_;

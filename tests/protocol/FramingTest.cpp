@@ -47,15 +47,29 @@ TEST(Framing, ChunksJoinIntoPacketsOnTheirFirstAndLastCharacter)
     }
 }
 
-TEST(Framing, TextThatNeverEndsIsDroppedInsteadOfGrowingWithoutBound)
+// A packet that never ends is dropped once it passes the bound; what is left of it (up to and
+// including a chunk that ends it) is passed over, and the next chunk that starts a packet counts.
+TEST(Framing, TextThatNeverEndsIsDroppedAndItsTailNeverComesOutAsAPacket)
 {
     test::ScratchProgramFolder folder;
     PacketReceiver receiver;
-    receiver.accumulate("<SOH>"_w + std::string(PacketReceiver::MaxGathered + 1, 'x'));
+    const std::string half(PacketReceiver::MaxGathered / 2 + 1, 'x');
+    receiver.accumulate("<SOH>"_w + half);
+    receiver.accumulate(half);
     EXPECT_EQ(folder.lines("PacketError-Current.log").size(), 1u);
-    receiver.accumulate("PKT_TYPE=120<STX>SECTION=0<STX><EOT>"_w);
+    for (const std::string& tail : {half, "WorkstationName=X<STX><ETX><EOT>"_w}) {
+        receiver.accumulate(tail);
+        EXPECT_FALSE(receiver.packetComplete());
+    }
+    EXPECT_EQ(folder.lines("PacketError-Current.log").size(), 1u) << "one line for the whole packet";
+    receiver.accumulate("<SOH>PKT_TYPE=120<STX>SECTION=0<STX><EOT>"_w);
     EXPECT_TRUE(receiver.packetComplete());
     EXPECT_EQ(receiver.completedPacket(), "PKT_TYPE=120<STX>SECTION=0<STX><EOT>"_w);
+
+    // A packet over the bound that ends in the very chunk that passes it leaves nothing to skip.
+    receiver.accumulate("<SOH>"_w + std::string(PacketReceiver::MaxGathered + 1, 'x') + "<EOT>"_w);
+    receiver.accumulate("PKT_TYPE=120<STX><EOT>"_w);
+    EXPECT_TRUE(receiver.packetComplete()) << "a continuation is taken in as ever";
 }
 
 TEST(PacketType, TypesAcknowledgementsAndTextThatIsNoPacket)

@@ -67,6 +67,12 @@ TEST(Replies, MachineTypesReplaceTheTable)
     ASSERT_EQ(types.size(), 3u);
     EXPECT_EQ(types[0], (MachineTypeRecord{70000, "Fanuc 0i", "C:\\NC\\FANUC", 'F'}));
     EXPECT_EQ(types[1], (MachineTypeRecord{2, "Haas", "", ' '}));
+
+    // More records than the 16-bit count can say: refused before the table is touched.
+    const std::string absurd = "PKT_TYPE=150<STX>SECTION=0<STX>"_w + std::string(1'000'000, ETX) + EOT;
+    EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Machine_Types(absurd, types, count); }), err::Overflow);
+    EXPECT_EQ(count, 3);
+    EXPECT_EQ(types.size(), 3u);
 }
 
 } // namespace

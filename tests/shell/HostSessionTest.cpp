@@ -31,7 +31,14 @@ struct ScriptedSessionUi : SessionUi {
     std::uint32_t colour = 0;
     int tableChanges = 0, disconnects = 0, ftpRefusals = 0, logOffs = 0;
 
-    void showMessage(const std::string& text) override { messages.push_back(text); }
+    std::function<void(const std::string&)> whileShown; // what happens while a box is up
+
+    void showMessage(const std::string& text) override
+    {
+        messages.push_back(text);
+        if (whileShown)
+            whileShown(text);
+    }
     std::int16_t askYesNo(const std::string& text) override
     {
         messages.push_back(text);
@@ -228,6 +235,28 @@ TEST_F(Session, AShortStatusReplyUpdatesItsRowsOnly)
     EXPECT_GT(ui.tableChanges, before);
     // The piece after the last record holds no fields: the dispatch's trap writes it down.
     EXPECT_NE(plant->folder.read("error.log").find("Error Location 155 Err = 5 "), std::string::npos);
+}
+
+// While "No Packet String" is up, more such text is taken in and logged, but opens no box on
+// top of it; once it is closed, the next one has its box again.
+TEST_F(Session, OneNoPacketStringBoxAtATime)
+{
+    connectAndFill();
+    const auto logged = [this] { return plant->folder.lines("PacketError-Current.log").size(); };
+    int boxes = 0;
+    ui.whileShown = [&](const std::string& text) {
+        if (text != message::NoPacketString || ++boxes > 1)
+            return;
+        const std::size_t before = logged();
+        for (int i = 0; i < 3; ++i)
+            host().sendNoPacketText();
+        EXPECT_TRUE(waitFor([&] { return logged() == before + 3; })); // the box's own loop
+    };
+    host().sendNoPacketText();
+    ASSERT_TRUE(waitFor([&] { return boxes == 1 && logged() >= 4; }));
+    EXPECT_EQ(boxes, 1);
+    host().sendNoPacketText();
+    EXPECT_TRUE(waitFor([&] { return boxes == 2; }));
 }
 
 TEST_F(Session, UnknownTypesAreLoggedAndKnownOnesAreNot)
