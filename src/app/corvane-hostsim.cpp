@@ -4,6 +4,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTextStream>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -96,9 +97,20 @@ int main(int argc, char** argv)
              QStringLiteral("Fault: answer the first status request with one packet of N characters (e.g. 40000)."),
              QStringLiteral("N")),
             number(16, [](HostSimulator& h, int v) { h.faults.bigPacketSize = static_cast<std::size_t>(v); })},
+        {QCommandLineOption(QStringLiteral("dribble-ms"), QStringLiteral("Fault: send one byte every N ms (e.g. 100)."),
+             QStringLiteral("N")),
+            number(1, [](HostSimulator& h, int v) { h.faults.dribbleMs = v; })},
     };
     for (const Option& f : faults)
         parser.addOption(f.option);
+    const QCommandLineOption flood(QStringLiteral("flood"),
+        QStringLiteral("Fault: a second after a terminal connects, flood it: endless (one packet that never ends), "
+                       "machine-types (lists of a million empty records) or status (128-port replies with long "
+                       "names, now and then a text that is no packet)."),
+        QStringLiteral("KIND"));
+    const QCommandLineOption floodMb(QStringLiteral("flood-mb"),
+        QStringLiteral("How many MB a flood sends (default 50)."), QStringLiteral("N"), QStringLiteral("50"));
+    parser.addOptions({flood, floodMb});
     parser.process(app);
 
     HostSimulator host;
@@ -111,6 +123,19 @@ int main(int argc, char** argv)
                 qPrintable(value));
             return 2;
         }
+    }
+
+    if (parser.isSet(flood)) {
+        const auto kind = corvane::hostsim::floodKindNamed(parser.value(flood).toStdString());
+        int megabytes = 0;
+        if (!kind || !toInt(parser.value(floodMb), 1, megabytes)) {
+            std::fprintf(
+                stderr, "corvane-hostsim: --flood takes endless, machine-types or status, --flood-mb 1 or more\n");
+            return 2;
+        }
+        QObject::connect(&host, &HostSimulator::terminalConnected, &host, [&host, kind, megabytes] {
+            QTimer::singleShot(1000, &host, [&host, kind, megabytes] { host.flood(*kind, qint64{megabytes} << 20); });
+        });
     }
 
     QTextStream out(stdout);

@@ -35,6 +35,7 @@ HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
     idleTimer_ = clock->make("tmrIdleDrop", IdleDropMinutes * 60000);
     chunkTimer_.setSingleShot(true);
     connect(&chunkTimer_, &QTimer::timeout, this, &HostSimulator::writeChunk);
+    connect(&dribbleTimer_, &QTimer::timeout, this, &HostSimulator::dribble);
     connect(pushTimer_.get(), &ProgramTimer::timeout, this, [this] {
         if (terminal_ && !faults.silent) {
             plant_.advance();
@@ -127,6 +128,8 @@ void HostSimulator::dropTerminal()
     chunks_.clear();
     queued_ = 0;
     chunkTimer_.stop();
+    dribbleTimer_.stop();
+    dribbling_.clear();
     idleTimer_->stop();
     note(QStringLiteral("terminal disconnected"));
     if (!server_->isListening() && !server_->listen(address_, port_))
@@ -220,6 +223,16 @@ void HostSimulator::reply(std::string packet)
     enqueue(std::move(packet), true);
 }
 
+bool HostSimulator::flood(FloodKind kind, qint64 total)
+{
+    if (!terminal_)
+        return false;
+    flood_ = std::make_unique<Flood>(*terminal_, kind, total);
+    note(QStringLiteral("flooding the terminal with %1 bytes").arg(total));
+    connect(flood_.get(), &Flood::finished, this, [this] { note(QStringLiteral("flood sent")); });
+    return true;
+}
+
 void HostSimulator::sendRaw(const std::string& bytes)
 {
     enqueue(bytes, false);
@@ -251,7 +264,7 @@ void HostSimulator::enqueue(std::string packet, bool isReply)
 // two answers) waits out the gap, so that no two packets reach the terminal as one chunk.
 void HostSimulator::pump()
 {
-    if (chunks_.empty() || chunkTimer_.isActive())
+    if (chunks_.empty() || chunkTimer_.isActive() || !dribbling_.empty())
         return;
     const bool gapPassed = !sinceLastChunk_.isValid() || sinceLastChunk_.elapsed() >= GapBetweenChunksMs;
     const Chunk& next = chunks_.front();
@@ -272,7 +285,13 @@ void HostSimulator::writeChunk()
     chunks_.pop_front();
     queued_ -= static_cast<qint64>(chunk.bytes.size());
     log("sent", chunk.bytes);
-    terminal_->write(chunk.bytes.data(), static_cast<qint64>(chunk.bytes.size()));
+    if (faults.dribbleMs > 0 && chunk.bytes.size() > 1) {
+        terminal_->write(chunk.bytes.data(), 1);
+        dribbling_ = chunk.bytes.substr(1);
+        dribbleTimer_.start(faults.dribbleMs);
+    } else {
+        terminal_->write(chunk.bytes.data(), static_cast<qint64>(chunk.bytes.size()));
+    }
     terminal_->flush();
     ++chunksWritten_;
     sinceLastChunk_.start();
@@ -284,6 +303,22 @@ void HostSimulator::writeChunk()
         return;
     }
     pump();
+}
+
+void HostSimulator::dribble()
+{
+    if (!terminal_ || dribbling_.empty()) {
+        dribbleTimer_.stop();
+        dribbling_.clear();
+        return;
+    }
+    terminal_->write(dribbling_.data(), 1);
+    terminal_->flush();
+    dribbling_.erase(0, 1);
+    if (dribbling_.empty()) {
+        dribbleTimer_.stop();
+        pump();
+    }
 }
 
 void HostSimulator::log(const char* direction, std::string_view bytes)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostsim/Flood.h"
 #include "hostsim/HostPackets.h"
 #include "hostsim/Plant.h"
 #include "platform/ProgramTimer.h"
@@ -33,6 +34,7 @@ struct Faults {
     int closeAfterPackets = 0; // close the connection after sending this many (0: never)
     bool noPacketTextOnConnect = false; // greet a terminal with text that is no packet
     std::size_t bigPacketSize = 0; // answer the first status request with a packet this long
+    int dribbleMs = 0; // send one byte every this many ms (0: as fast as the line goes)
 };
 
 // A DNC host on a TCP port: answers the terminal's version, status, machine-type, parameter,
@@ -83,6 +85,10 @@ public:
     void sendRaw(const std::string& bytes);
     void sendNoPacketText() { sendRaw(noPacketText()); }
     void sendPaddedPacket(std::size_t size) { sendRaw(paddedPacket(size)); }
+    // Floods the terminal with `total` bytes of this kind, outside the queue of packets and
+    // without its bound; false without a terminal. flooded() says when it has all left.
+    bool flood(FloodKind kind, qint64 total);
+    bool flooded() const { return flood_ && flood_->done(); }
 
 Q_SIGNALS:
     void terminalConnected();
@@ -98,6 +104,7 @@ private:
     void enqueue(std::string packet, bool isReply);
     void pump();
     void writeChunk();
+    void dribble();
     void log(const char* direction, std::string_view bytes);
     void note(const QString& line);
 
@@ -117,6 +124,8 @@ private:
     std::deque<Chunk> chunks_;
     qint64 queued_ = 0; // bytes in chunks_
     QTimer chunkTimer_; // the gap before a chunk that may not go at once
+    QTimer dribbleTimer_;
+    std::string dribbling_; // the rest of a chunk going out a byte at a time
     QElapsedTimer sinceLastChunk_;
     bool lastWasReply_ = false; // the last packet out answered a request
     bool askedSinceLastChunk_ = false;
@@ -131,6 +140,7 @@ private:
     bool bigPacketSent_ = false;
     bool typesAnnounced_ = false;
     std::function<void(const QString&)> log_;
+    std::unique_ptr<Flood> flood_;
 };
 
 } // namespace corvane::hostsim

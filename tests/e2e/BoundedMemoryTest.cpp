@@ -1,0 +1,113 @@
+// The desktop program, run as a user runs it, under 50 MB of traffic that no real host sends:
+// its resident memory stays under a ceiling, it goes on running, and its logs keep their bound.
+#include "hostsim/Flood.h"
+#include "protocol/PacketTypes.h"
+#include "security/FirstStore.h"
+#include "security/UserStore.h"
+#include "support/SimulatedPlant.h"
+#include "support/Wait.h"
+
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace corvane {
+namespace {
+
+using hostsim::FloodKind;
+
+constexpr qint64 Flood = 50ll << 20;
+// The terminal with its main window and 128 ports takes some 40 MB here; the ceiling leaves
+// room for what a run may take in at once, and none for what the traffic's size would bring.
+// Under the sanitizers every allocation is larger and shadowed, so the ceiling is too.
+#ifdef CORVANE_SANITIZED
+constexpr long CeilingKb = 400 * 1024;
+#else
+constexpr long CeilingKb = 100 * 1024;
+#endif
+
+// A figure of /proc/PID/status, in kB.
+long procStatus(qint64 pid, const std::string& key)
+{
+    std::ifstream in("/proc/" + std::to_string(pid) + "/status");
+    for (std::string line; std::getline(in, line);)
+        if (line.starts_with(key + ":"))
+            return std::stol(line.substr(key.size() + 1));
+    return -1;
+}
+
+// CPU ticks the process has used so far.
+long cpuTicks(qint64 pid)
+{
+    std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
+    std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::istringstream fields(stat.substr(stat.rfind(')') + 2));
+    std::string field;
+    long utime = 0, stime = 0;
+    for (int i = 3; i <= 15 && fields >> field; ++i) {
+        if (i == 14)
+            utime = std::stol(field);
+        if (i == 15)
+            stime = std::stol(field);
+    }
+    return utime + stime;
+}
+
+TEST(BoundedMemory, FiftyMegabytesOfEachFloodLeaveTheTerminalUnderItsCeiling)
+{
+    struct Case {
+        const char* name;
+        FloodKind kind;
+    } const cases[] = {
+        {"a packet that never ends", FloodKind::EndlessPacket},
+        {"machine-type lists of a million records", FloodKind::MachineTypeLists},
+        {"long status replies under a No Packet String box", FloodKind::LongStatusReplies},
+    };
+    for (const Case& c : cases) {
+        test::SimulatedPlant plant;
+        plant.folder.useAsStoreRoot();
+        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        QProcess terminal;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        // The sanitizer's quarantine of freed memory would be counted as the terminal's own.
+        env.insert(QStringLiteral("ASAN_OPTIONS"),
+            env.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":quarantine_size_mb=16"));
+        terminal.setProcessEnvironment(env);
+        terminal.start(QStringLiteral(CORVANE_REMOTE_EXE), {QStringLiteral("--connect=1")});
+        // The start-up form continues by itself; then the connect and the first port states.
+        ASSERT_TRUE(test::waitFor(
+            [&] { return plant.host.answers() >= 2 && plant.receivedOfType(packet_type::StatusRequest) >= 1; }, 30000))
+            << c.name;
+        if (c.kind == FloodKind::LongStatusReplies)
+            plant.host.sendNoPacketText(); // its box stays up: nobody is there to press OK
+        ASSERT_TRUE(plant.host.flood(c.kind, Flood));
+        ASSERT_TRUE(test::waitFor([&] { return plant.host.flooded(); }, 240000)) << c.name;
+        // Taken in: the terminal has used no CPU for a while.
+        for (long before = -1, now = cpuTicks(terminal.processId()); now != before;
+             now = cpuTicks(terminal.processId())) {
+            before = now;
+            test::waitFor([] { return false; }, 300);
+        }
+
+        EXPECT_EQ(terminal.state(), QProcess::Running) << c.name;
+        const long peak = procStatus(terminal.processId(), "VmHWM");
+        EXPECT_GT(peak, 0);
+        EXPECT_LT(peak, CeilingKb) << c.name << ": " << peak << " kB at the most";
+        std::printf("[ figure ] %s: %ld kB resident at the most\n", c.name, peak);
+        // The packet log keeps two generations, each closed at its bound (a line may be long).
+        for (const char* log : {"PacketError-Current.log", "PacketError-Previous.log"})
+            if (plant.folder.exists(log)) {
+                const auto lines = plant.folder.lines(log);
+                EXPECT_LE(std::filesystem::file_size(plant.folder.file(log)), 10'000u + lines.back().size() + 2) << log;
+            }
+        terminal.kill();
+        terminal.waitForFinished();
+    }
+}
+
+} // namespace
+} // namespace corvane
