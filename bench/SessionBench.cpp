@@ -32,17 +32,6 @@ using namespace corvane::bench;
 
 namespace {
 
-struct QuietUi : SessionUi {
-    void showMessage(const std::string&) override { }
-    std::int16_t askYesNo(const std::string&) override { return 6; }
-    void showSocketStatus(const QString&, std::uint32_t) override { }
-    void portTableChanged() override { }
-    void rememberGridPosition() override { }
-    void afterDisconnect() override { }
-    void notFtpRefused() override { }
-    void idleLoggedOff() override { }
-};
-
 double cpuSeconds()
 {
     rusage usage{};
@@ -67,7 +56,7 @@ int main(int argc, char** argv)
     host.listen();
     config.HostIPs[1] = QStringLiteral("127.0.0.1");
     config.SocketPorts[1] = host.port();
-    QuietUi ui;
+    SilentSessionUi ui;
     QtTimers timers;
 
     constexpr int Runs = 40;

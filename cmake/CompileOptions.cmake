@@ -18,6 +18,13 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
         target_link_options(corvane_options INTERFACE ${_corvane_sanitizers})
         target_compile_definitions(corvane_options INTERFACE CORVANE_SANITIZED)
     endif()
+    if(CORVANE_FUZZ)
+        # Every library of ours is instrumented for coverage; the targets link libFuzzer itself.
+        set(_corvane_fuzzing -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                             -fno-omit-frame-pointer)
+        target_compile_options(corvane_options INTERFACE ${_corvane_fuzzing})
+        target_link_options(corvane_options INTERFACE -fsanitize=address,undefined)
+    endif()
 elseif(MSVC)
     target_compile_options(corvane_options INTERFACE /W4 /permissive- /utf-8)
     if(CORVANE_WARNINGS_AS_ERRORS)

@@ -78,7 +78,7 @@ std::string noPacketText()
 
 std::string paddedPacket(std::size_t size)
 {
-    std::string packet = packetHeader(packet_type::PortStatusReply, 0) + "Padding=";
+    std::string packet = packetHeader(packet_type::PortStatusReply, 0) + "WorkstationName=";
     const std::size_t tail = 3; // STX ETX EOT
     if (packet.size() + tail < size)
         packet.append(size - packet.size() - tail, 'x');

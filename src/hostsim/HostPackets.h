@@ -21,7 +21,9 @@ std::string machineTypesReply(const std::vector<MachineTypeRecord>& types); // 1
 std::optional<std::string> portParmsReply(std::int16_t section, std::int16_t port, PortParmsTables& tables);
 std::string ackPacket();
 std::string noPacketText();
-// A well-framed status packet padded to exactly `size` characters, SOH and EOT included.
+// A well-framed status packet of one record whose machine name pads it to exactly `size`
+// characters, SOH and EOT included: past 32,767 the name's end lies where no 16-bit position
+// reaches.
 std::string paddedPacket(std::size_t size);
 
 // Reading what the terminal sent. Unlike the terminal's own reading, a missing field is simply

@@ -8,19 +8,6 @@
 #include <QTcpSocket>
 
 namespace corvane::hostsim {
-namespace {
-
-std::int16_t fieldAsInt16(std::string_view packet, std::string_view key)
-{
-    try {
-        if (const auto value = requestField(packet, key))
-            return textToInt16(*value);
-    } catch (const RunTimeError&) {
-    }
-    return -1;
-}
-
-} // namespace
 
 HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
     : QObject(parent)
@@ -104,7 +91,7 @@ void HostSimulator::acceptTerminal()
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     splitter_ = RequestSplitter();
     packetsSent_ = 0;
-    bigPacketSent_ = false;
+    conversation_ = {};
     typesAnnounced_ = false;
     sinceLastChunk_.invalidate();
     lastWasReply_ = false;
@@ -137,6 +124,14 @@ void HostSimulator::dropTerminal()
     Q_EMIT terminalDisconnected();
 }
 
+void HostSimulator::pullCable()
+{
+    if (!terminal_)
+        return;
+    terminal_->abort();
+    dropTerminal();
+}
+
 void HostSimulator::readRequests()
 {
     if (!terminal_)
@@ -152,61 +147,19 @@ void HostSimulator::readRequests()
         askedSinceLastChunk_ = true;
         log("recv", packet);
         Q_EMIT packetReceived(QByteArray(packet.data(), static_cast<qsizetype>(packet.size())));
-        if (!faults.silent)
-            answer(packet);
-    }
-}
-
-void HostSimulator::answer(const std::string& packet)
-{
-    const auto type = requestType(packet);
-    if (!type)
-        return;
-    switch (*type) {
-    case packet_type::VersionRequest:
-        reply(versionReply(faults.version, faults.minimumRemoteVersion));
-        if (announceMachineTypes && !typesAnnounced_) {
+        if (faults.silent)
+            continue;
+        Answer answer = answerRequest(plant_, packet, faults, conversation_);
+        if (!answer.refused.empty())
+            note(QString::fromStdString(answer.refused));
+        if (answer.updateCompleted)
+            ++updatesCompleted_;
+        if (answer.reply)
+            reply(std::move(*answer.reply));
+        if (answer.versionAnswered && announceMachineTypes && !typesAnnounced_) {
             typesAnnounced_ = true;
             enqueue(machineTypesReply(plant_.machineTypes), false);
         }
-        break;
-    case packet_type::StatusRequest:
-        if (faults.bigPacketSize > 0 && !bigPacketSent_) {
-            bigPacketSent_ = true;
-            reply(paddedPacket(faults.bigPacketSize));
-            break;
-        }
-        plant_.advance();
-        reply(statusReply(plant_.status));
-        break;
-    case packet_type::MachineTypeRequest:
-        reply(machineTypesReply(plant_.machineTypes));
-        break;
-    case packet_type::PortParmsRequest:
-        if (auto parms = portParmsReply(fieldAsInt16(packet, "SECTION="), fieldAsInt16(packet, "Port="), plant_.parms))
-            reply(std::move(*parms));
-        break;
-    case packet_type::PortParms: {
-        // An update section: stored at once and acknowledged (unless told otherwise); a section
-        // that cannot be stored gets no acknowledgement.
-        const std::int16_t section = fieldAsInt16(packet, "SECTION=");
-        std::string refused;
-        if (!plant_.storeUpdate(packet, refused)) {
-            note(QStringLiteral("section %1 not stored: %2").arg(section).arg(QString::fromStdString(refused)));
-            break;
-        }
-        if (section <= faults.ackSectionsUpTo)
-            reply(ackPacket());
-        break;
-    }
-    case packet_type::UpdateComplete:
-        ++updatesCompleted_;
-        break;
-    case packet_type::PurgeReset:
-        plant_.purge(fieldAsInt16(packet, "DisplayRow="));
-        break;
-    default:
-        break;
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostsim/Answers.h"
 #include "hostsim/Flood.h"
 #include "hostsim/HostPackets.h"
 #include "hostsim/Plant.h"
@@ -21,21 +22,6 @@
 class QTcpServer;
 
 namespace corvane::hostsim {
-
-// Ways the host can misbehave, for the demo's curious and for the tests.
-struct Faults {
-    bool silent = false; // never answer anything
-    std::string version = "4.12"; // VersionMajor.VersionMinor of the 170 reply
-    std::string minimumRemoteVersion = "1.02"; // what the host asks of the terminal
-    int ackSectionsUpTo = 6; // sections above this are not acknowledged
-    int replyDelayMs = 0; // wait before every reply
-    int splitInto = 1; // chunks per packet
-    bool joinWithStatus = false; // every reply shares its chunk with a status packet
-    int closeAfterPackets = 0; // close the connection after sending this many (0: never)
-    bool noPacketTextOnConnect = false; // greet a terminal with text that is no packet
-    std::size_t bigPacketSize = 0; // answer the first status request with a packet this long
-    int dribbleMs = 0; // send one byte every this many ms (0: as fast as the line goes)
-};
 
 // A DNC host on a TCP port: answers the terminal's version, status, machine-type, parameter,
 // update and purge requests from its Plant. One terminal at a time: while one is connected the
@@ -81,6 +67,8 @@ public:
     // One line for every packet received and sent, control characters spelt out.
     void setLog(std::function<void(const QString&)> log) { log_ = std::move(log); }
 
+    // The cable pulled: the connection ends at once, whatever waits to go out.
+    void pullCable();
     // In-process faults: send these bytes now as one packet of their own.
     void sendRaw(const std::string& bytes);
     void sendNoPacketText() { sendRaw(noPacketText()); }
@@ -99,7 +87,6 @@ private:
     void acceptTerminal();
     void dropTerminal();
     void readRequests();
-    void answer(const std::string& packet);
     void reply(std::string packet);
     void enqueue(std::string packet, bool isReply);
     void pump();
@@ -137,7 +124,7 @@ private:
     int answers_ = 0;
     int chunksWritten_ = 0;
     int chunksHeldBack_ = 0;
-    bool bigPacketSent_ = false;
+    Conversation conversation_;
     bool typesAnnounced_ = false;
     std::function<void(const QString&)> log_;
     std::unique_ptr<Flood> flood_;

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <tuple>
 
 namespace corvane {
 namespace {
@@ -101,9 +102,17 @@ std::string generalDateText(const DateTime& moment, const DateTimeFormat& format
     return text;
 }
 
+// A burst of log lines shares its second: the text of the last moment is kept.
 std::string generalDateText(const DateTime& moment)
 {
-    return generalDateText(moment, systemDateTimeFormat());
+    static DateTime last{-1};
+    static std::string text;
+    const auto key = [](const DateTime& m) { return std::tie(m.year, m.month, m.day, m.hour, m.minute, m.second); };
+    if (key(moment) != key(last)) {
+        text = generalDateText(moment, systemDateTimeFormat());
+        last = moment;
+    }
+    return text;
 }
 
 DateTime now()

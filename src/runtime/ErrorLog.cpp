@@ -22,8 +22,25 @@ std::string errorLogLine(int location, int errorNumber)
     return "Error Location " + number + " Err = " + std::to_string(errorNumber) + " " + generalDateText(now());
 }
 
+namespace {
+
+LogWriter& logWriter()
+{
+    static LogWriter writer;
+    return writer;
+}
+
+} // namespace
+
+void setLogWriter(LogWriter writer)
+{
+    logWriter() = std::move(writer);
+}
+
 int appendLogLine(const std::string& path, std::string_view line)
 {
+    if (const LogWriter& writer = logWriter())
+        return writer(path, line);
     errno = 0;
     std::FILE* file = std::fopen(path.c_str(), "ab");
     if (!file)

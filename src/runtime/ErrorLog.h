@@ -3,6 +3,7 @@
 #include "runtime/RunTimeError.h"
 
 #include <exception>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,10 @@ void Log_Run_Time_Error(int location, int errorNumber);
 // Appends `line` and CR LF to the file, opening and closing it for this one line.
 // Returns 0, or the runtime's file error number when the file could not be written.
 int appendLogLine(const std::string& path, std::string_view line);
+// Puts a writer in the place of the file append (the fuzz targets count lines rather than write
+// millions of them); it returns what appendLogLine would. An empty function restores the files.
+using LogWriter = std::function<int(const std::string& path, std::string_view line)>;
+void setLogWriter(LogWriter writer);
 
 // Runs `body` under an error trap: a run-time error (or any other exception) leaves one line in
 // the error log with this location and the routine is left. Returns whether `body` finished.

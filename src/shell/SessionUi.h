@@ -28,6 +28,20 @@ public:
     virtual void idleLoggedOff() = 0;
 };
 
+// Shows nothing and answers No: for a session that only measures or is measured (benchmarks,
+// fuzzing), where nobody is there to see.
+class SilentSessionUi : public SessionUi {
+public:
+    void showMessage(const std::string&) override { }
+    std::int16_t askYesNo(const std::string&) override { return 7; }
+    void showSocketStatus(const QString&, std::uint32_t) override { }
+    void portTableChanged() override { }
+    void rememberGridPosition() override { }
+    void afterDisconnect() override { }
+    void notFtpRefused() override { }
+    void idleLoggedOff() override { }
+};
+
 // Status label colours, as 0x00BBGGRR values.
 inline constexpr std::uint32_t ConnectingColour = 0x0000FFFF; // yellow
 inline constexpr std::uint32_t IdleColour = 0x00FFFFFF; // white

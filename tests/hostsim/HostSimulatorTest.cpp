@@ -223,7 +223,7 @@ TEST_F(Host, TextThatIsNoPacketAnOversizedPacketAndPushedStatusKeepTheirDistance
     ASSERT_TRUE(big);
     EXPECT_EQ(big->size(), 39999u); // without its SOH
     EXPECT_EQ(Get_Packet_Type(*big), packet_type::PortStatusReply);
-    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(*big, "Padding="); }), err::Overflow);
+    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(*big, "WorkstationName="); }), err::Overflow);
     EXPECT_EQ(status()[0].WorkstationName, "LATHE 01"); // only the first status request is oversized
 
     host.setPushStatusInterval(2000);
