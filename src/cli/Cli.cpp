@@ -171,7 +171,7 @@ QString helpText(const QString& command)
         "short name (all, comm-parameters). Without --user the start-up log-in applies, asking nothing.\n\n"
         "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
         "error or refused value; 3 could not connect, or the connection ended; 4 host version refused;\n"
-        "5 access refused or log-in failed.\n");
+        "5 access refused or log-in failed; 6 a run-time error ended it (its number is said and logged).\n");
     return text;
 }
 
@@ -221,7 +221,7 @@ int Client::run()
         const int number = errorNumberOf(e);
         Log_Run_Time_Error(0, number);
         say("Run-time error '" + std::to_string(number) + "':\n" + errorDescription(number));
-        return number == err::SocketBadState ? NoConnection : NoAnswer;
+        return number == err::SocketBadState ? NoConnection : RunTimeFault;
     }
 }
 

@@ -26,6 +26,7 @@ enum Exit : int {
     NoConnection = 3, // could not connect (an unconfigured host included), or the connection went
     VersionRefused = 4,
     AccessRefused = 5, // access refused or log-in failed
+    RunTimeFault = 6, // a run-time error no routine traps (a store that cannot be written, ...)
 };
 
 // Where a host listens unless it is configured otherwise.

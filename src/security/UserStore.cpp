@@ -5,10 +5,19 @@
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <system_error>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 namespace corvane {
 namespace {
@@ -59,6 +68,16 @@ struct FileCloser {
     void operator()(std::FILE* f) const { std::fclose(f); }
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
+
+// What was written reaches the disk before the new store takes the old one's place.
+bool syncToDisk(std::FILE* file)
+{
+#ifdef _WIN32
+    return _commit(_fileno(file)) == 0;
+#else
+    return ::fsync(::fileno(file)) == 0;
+#endif
+}
 
 } // namespace
 
@@ -151,21 +170,51 @@ Bool16 UserStore::Load_User_Store()
     return TrueValue;
 }
 
+// The store is written whole to a file beside it and put in its place in one step, so that a
+// failure (a folder that takes no new file, a full disk) leaves the store as it was, never half
+// written. The bytes are the same as writing the one record in place: the other records as they
+// were, a gap before a new record filled with NULs.
 void UserStore::Save_User_Record(std::int16_t index)
 {
     const UserRecordBytes record = encodeUserRecord(user(index));
     if (path.empty())
         path = userStorePath();
+    std::string bytes;
     errno = 0;
-    File file(std::fopen(path.c_str(), "r+b"));
-    if (!file && errno == ENOENT)
-        file.reset(std::fopen(path.c_str(), "w+b"));
-    if (!file)
+    if (File existing{std::fopen(path.c_str(), "rb")}) {
+        char buffer[4096];
+        for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, existing.get())) > 0;)
+            bytes.append(buffer, n);
+        if (std::ferror(existing.get()))
+            raise(fileErrorFromErrno(errno));
+    } else if (errno != ENOENT) {
         raise(fileErrorFromErrno(errno));
-    const long offset = static_cast<long>(index) * static_cast<long>(UserRecordLength);
-    if (std::fseek(file.get(), offset, SEEK_SET) != 0
-        || std::fwrite(record.data(), 1, record.size(), file.get()) != record.size() || std::fflush(file.get()) != 0)
+    }
+    const auto offset = static_cast<std::size_t>(index) * UserRecordLength;
+    if (bytes.size() < offset + UserRecordLength)
+        bytes.resize(offset + UserRecordLength, '\0');
+    std::copy(record.begin(), record.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+
+    const std::string temporary = path + ".new";
+    errno = 0;
+    File out{std::fopen(temporary.c_str(), "wb")};
+    if (!out)
         raise(fileErrorFromErrno(errno));
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), out.get()) == bytes.size()
+        && std::fflush(out.get()) == 0 && syncToDisk(out.get());
+    const int writeErrno = errno;
+    out.reset();
+    std::error_code ec;
+    if (written) {
+        if (std::filesystem::exists(path, ec))
+            std::filesystem::permissions(temporary, std::filesystem::status(path, ec).permissions(), ec);
+        std::filesystem::rename(temporary, path, ec);
+        if (!ec)
+            return;
+    }
+    const int error = written ? ec.value() : writeErrno;
+    std::filesystem::remove(temporary, ec);
+    raise(fileErrorFromErrno(error));
 }
 
 Bool16 UserStore::Find_User(std::string_view name, std::int16_t& index) const

@@ -401,6 +401,17 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
     EXPECT_EQ(listed.status, 0) << listed.err.toStdString();
     EXPECT_FALSE(listed.out.contains(QStringLiteral("boss"), Qt::CaseInsensitive));
     EXPECT_EQ(json(listed.out).array().size(), 3);
+    // A store folder that takes no new file: the runtime's error, and the store as it was.
+    const std::string stored = plant.folder.read("BRELLWICK/BWKXBIDS.DAT");
+    std::filesystem::create_directory(plant.folder.file("BRELLWICK/BWKXBIDS.DAT.new"));
+    const Outcome unwritable = cli(
+        {QStringLiteral("--user"), QStringLiteral("supervisor"), QStringLiteral("--password"), QStringLiteral("boss"),
+            QStringLiteral("users"), QStringLiteral("grant"), QStringLiteral("jones"), QStringLiteral("all")});
+    EXPECT_EQ(unwritable.status, 6);
+    EXPECT_TRUE(unwritable.err.startsWith(QStringLiteral("Run-time error '75':\n"))) << unwritable.err.toStdString();
+    EXPECT_EQ(plant.folder.read("BRELLWICK/BWKXBIDS.DAT"), stored);
+    std::filesystem::remove(plant.folder.file("BRELLWICK/BWKXBIDS.DAT.new"));
+
     // Nor in any log the program folder holds.
     for (const auto& entry : std::filesystem::directory_iterator(plant.folder.path())) {
         if (!entry.is_regular_file())

@@ -174,6 +174,21 @@ TEST_F(SupervisorForms, AFirstPasswordWarnsTheSupervisorAndCancelSavesNothing)
     EXPECT_EQ(reloaded().users[3].Password, "");
 }
 
+// A store folder that takes no new file: the change is not written, the store is as it was to
+// the byte, and the error no routine traps ends the program as the runtime would.
+TEST_F(SupervisorForms, AStoreThatCannotBeWrittenIsLeftWhole)
+{
+    std::filesystem::create_directory(path.string() + ".new"); // in the way of the new store
+    const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT");
+    store.SelectedUser = 2;
+    frmUserInfo info(store, rights, boxes, false);
+    info.show();
+    control<QCheckBox>(info, "chkRights_0").click();
+    control<QPushButton>(info, "cmdButton_0").click();
+    EXPECT_EQ(boxes.untrappedErrors, std::vector<int>{err::PathFileAccessError});
+    EXPECT_EQ(folder.read("BRELLWICK/BWKXBIDS.DAT"), before);
+}
+
 TEST_F(SupervisorForms, ReservedUsersKeepTheirNames)
 {
     store.SelectedUser = store.GuestIndex;

@@ -1,0 +1,282 @@
+// The desktop program against a host that fails it: a cable pulled in the middle of an update or
+// a fetch, packets joined, split, oversized or trickling in, a store that is not sound, folders
+// that take nothing. Each case ends in the state the program's behaviour gives, and says which.
+#include "commparms/forms/frmCommParms.h"
+#include "protocol/PacketTypes.h"
+#include "security/FirstStore.h"
+#include "shell/ChangeRecord.h"
+#include "shell/SessionMessages.h"
+#include "support/DesktopProgram.h"
+#include "support/Users.h"
+
+#include <QJsonArray>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace corvane {
+namespace {
+
+using test::connectingTo;
+using test::control;
+using test::waitFor;
+using test::whenMessage;
+using test::whenModal;
+
+class Faults : public test::DesktopProgramTest {
+public:
+    void SetUp() override
+    {
+        DesktopProgramTest::SetUp();
+        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    }
+    // The cable is pulled the moment the host has taken in the `nth` packet of this type; once
+    // the terminal has seen it go, the editor's wait for the host runs out.
+    void pullCableAt(std::int16_t type, std::size_t nth)
+    {
+        QObject::connect(&plant.host, &hostsim::HostSimulator::packetReceived, &plant.host, [this, type, nth] {
+            if (plant.receivedOfType(type) == nth)
+                plant.host.pullCable();
+        });
+        test::whenReady(
+            [this, type, nth]() -> HostSession* {
+                if (!program || plant.receivedOfType(type) < nth)
+                    return nullptr;
+                HostSession& s = program->mainWindow()->session();
+                return s.connected() ? nullptr : &s;
+            },
+            [this](HostSession&) { timers.fire("tmrPacketWait"); }, {}, 10000);
+    }
+    // The connect's timer hands over to the socket watch, as it does once the socket is up.
+    void whenFilledTheWatchStarts()
+    {
+        test::whenReady([this]() -> bool* { return program && filled() ? &loggedIn : nullptr; },
+            [this](bool&) {
+                timers.fire("tmrConnectionTimeout");
+                timers.fire("tmrSocketStatus");
+            });
+    }
+    // The socket watch's next look finds the connection gone.
+    QString statusAfterTheNextLook()
+    {
+        timers.fire("tmrSocketStatus");
+        return control<QLabel>(*program->mainWindow(), "lblSocketStatus").text();
+    }
+    // Connect again, as the user would with the connect button.
+    bool reconnect()
+    {
+        plant.host.faults = {};
+        QTest::mouseClick(&control<QPushButton>(*program->mainWindow(), "Command1"), Qt::LeftButton);
+        return waitFor([this] { return program->mainWindow()->session().connected() && filled(); });
+    }
+};
+
+// The host has stored sections 1 and 2 and taken in section 3 when the cable goes: the user is
+// told no acknowledgement came, the trailer never goes, the editor and the session's records
+// keep the edit, the change record says section 3, and the terminal is Idle until it connects
+// again.
+TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
+{
+    pullCableAt(packet_type::PortParms, 3);
+    whenFilledTheWatchStarts();
+    ProgramOptions options = connectingTo(1);
+    options.editPort = 3;
+    const std::string hostsFooter = plant.host.plant().parms.PortCommParmsTable[2].ConfirmFooter;
+    QString shownAfter;
+    bool told = false;
+    whenModal<frmCommParms>([&](frmCommParms& editor) {
+        control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
+        auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
+        footer.setFocus();
+        footer.selectAll();
+        QTest::keyClicks(&footer, QStringLiteral("M99"));
+        whenMessage(std::string(message::UpdateNoAck), [&](QMessageBox& box) {
+            told = true;
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+        shownAfter = footer.text();
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+    });
+    start(options);
+    ASSERT_TRUE(waitFor([&] { return !shownAfter.isEmpty(); }));
+    EXPECT_TRUE(told);
+    EXPECT_EQ(shownAfter, QStringLiteral("M99"));
+    EXPECT_EQ(program->mainWindow()->session().parmsTables().PortCommParmsTable[2].ConfirmFooter, "M99");
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].ConfirmFooter, hostsFooter) << "section 5 never went";
+    EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u);
+    const std::vector<QJsonObject> record = readChangeRecord(3);
+    ASSERT_EQ(record.size(), 1u);
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection lost"));
+    EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
+
+    EXPECT_EQ(statusAfterTheNextLook(), QStringLiteral("Idle"));
+    EXPECT_EQ(program->mainWindow()->session().connectState(), ConnectState::Idle);
+    EXPECT_TRUE(reconnect());
+}
+
+// The cable goes while section 3 of a fetch is asked for: the user is told the answer did not
+// come, the sections that came are shown, and the terminal is Idle until it connects again.
+TEST_F(Faults, ACablePulledInTheMiddleOfAFetch)
+{
+    pullCableAt(packet_type::PortParmsRequest, 3);
+    ProgramOptions options = connectingTo(1);
+    options.editPort = 15;
+    bool told = false;
+    whenFilledTheWatchStarts();
+    whenMessage(std::string(message::FetchCommParmsTimeout), [&](QMessageBox& box) {
+        told = true;
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    QString name;
+    whenModal<frmCommParms>(
+        [&](frmCommParms& editor) {
+            name = control<QLineEdit>(editor, "WorkstationName").text();
+            QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+        },
+        10000);
+    start(options);
+    ASSERT_TRUE(waitFor([&] { return !name.isEmpty(); }, 10000));
+    EXPECT_TRUE(told);
+    EXPECT_EQ(name, QStringLiteral("EDM 1")) << "section 1 came before the cable went";
+    const PortParmsTables& terminal = program->mainWindow()->session().parmsTables();
+    EXPECT_EQ(terminal.PortCommParmsTable[14].ConfirmFooter, "") << "section 5 never came";
+    EXPECT_EQ(statusAfterTheNextLook(), QStringLiteral("Idle"));
+    EXPECT_TRUE(reconnect());
+}
+
+// What the host sends, and the state each leaves: joined or split packets still fill the grid;
+// an oversized status reply fails in the dispatch's trap (positions past 32,767 overflow) and
+// leaves the grid as it was, until a refresh; a host trickling a byte every 100 ms does not
+// answer the version in its time and the terminal is left Idle.
+TEST_F(Faults, WhatTheHostSendsAndTheStateItLeaves)
+{
+    struct Case {
+        const char* name;
+        std::function<void(hostsim::Faults&)> fault;
+        bool connected;
+        bool filled;
+        const char* errorLog; // a line error.log gains, or ""
+    } const cases[] = {
+        {"each reply joined with a status packet", [](auto& f) { f.joinWithStatus = true; }, true, true, ""},
+        {"every packet in three chunks", [](auto& f) { f.splitInto = 3; }, true, true, ""},
+        {"a status reply of 40,000 characters", [](auto& f) { f.bigPacketSize = 40000; }, true, false,
+            "Error Location 155 Err = 6 "},
+        {"a byte every 100 ms", [](auto& f) { f.dribbleMs = 100; }, false, false, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        c.fault(plant.host.faults);
+        if (!c.connected) {
+            // The version reply is under way a byte at a time when the version wait runs out.
+            const int before = plant.host.chunksWritten();
+            test::whenReady(
+                [this, before]() -> bool* { return plant.host.chunksWritten() > before ? &loggedIn : nullptr; },
+                [this](bool&) { timers.fire("tmrPacketTimeOut"); });
+            whenMessage(
+                message::fetchVersionTimeout(), [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+        }
+        frmCVRemote& window = start(connectingTo(1));
+        HostSession& session = window.session();
+        ASSERT_TRUE(waitFor([&] { return loggedIn; }));
+        ASSERT_TRUE(waitFor([&] {
+            return session.connectState() == ConnectState::Connected ? plant.host.answers() >= 2
+                                                                     : session.connectState() == ConnectState::Idle;
+        }));
+        EXPECT_EQ(session.connected(), c.connected);
+        EXPECT_EQ(waitFor([&] { return filled(); }, c.filled ? 5000 : 300), c.filled);
+        if (*c.errorLog) {
+            EXPECT_TRUE(waitFor([&] { return plant.folder.read("error.log").find(c.errorLog) != std::string::npos; }));
+            QTest::mouseClick(&control<QPushButton>(window, "cmdRefresh"), Qt::LeftButton);
+            EXPECT_TRUE(waitFor([&] { return filled(); })) << "the next reply is taken in as ever";
+        }
+        window.close();
+        ASSERT_TRUE(waitFor([&] { return !plant.host.hasTerminal(); }));
+        std::filesystem::remove(plant.folder.file("error.log"));
+        plant.host.faults = {};
+        program.reset();
+        loggedIn = false;
+    }
+}
+
+// Logs that cannot be written are not the user's concern: the program works on and says nothing.
+TEST_F(Faults, AProgramFolderThatTakesNoLogs)
+{
+    plant.folder.write("not-a-folder", "");
+    setenv("CORVANE_PROGRAM_DIR", plant.folder.file("not-a-folder").c_str(), 1);
+    frmCVRemote& window = start(connectingTo(1));
+    EXPECT_TRUE(waitFor([&] { return filled(); })) << "the status reply's log lines go nowhere";
+    plant.host.sendNoPacketText();
+    whenMessage(std::string(message::NoPacketString), [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    EXPECT_TRUE(
+        waitFor([&] { return QApplication::activeModalWidget() == nullptr && plant.host.chunksWritten() > 3; }));
+    EXPECT_EQ(window.session().connectState(), ConnectState::Connected);
+    EXPECT_FALSE(untrappedEnd.has_value());
+}
+
+// A store that is not sound ends the program with the access message, its fault in error.log;
+// a store whose last record is cut short loads the whole records before it.
+using StoreFaults = test::DesktopProgramTest;
+
+TEST_F(StoreFaults, AUserStoreThatIsNotSound)
+{
+    const std::filesystem::path store = userStorePath();
+    ASSERT_EQ(createFirstUserStore(store.string()), FirstStore::Created);
+    const std::string sound = plant.folder.read("BRELLWICK/BWKXBIDS.DAT");
+    struct Case {
+        const char* name;
+        std::function<void()> damage;
+        const char* errorLog; // nullptr: the program goes on; else it ends, and error.log gains this
+    } const cases[] = {
+        {"a byte that does not unscramble",
+            [&] { plant.folder.write("BRELLWICK/BWKXBIDS.DAT", '\0' + sound.substr(1)); },
+            "Error Location 143 Err = 6 "},
+        {"a folder where the store should be",
+            [&] {
+                std::filesystem::remove(store);
+                std::filesystem::create_directory(store);
+            },
+            "Error Location 143 Err = "},
+        {"less than one whole record", [&] { plant.folder.write("BRELLWICK/BWKXBIDS.DAT", sound.substr(0, 100)); }, ""},
+        {"a last record cut short", [&] { plant.folder.write("BRELLWICK/BWKXBIDS.DAT", sound + sound.substr(0, 60)); },
+            nullptr},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::filesystem::remove_all(store);
+        plant.folder.write("BRELLWICK/BWKXBIDS.DAT", sound);
+        std::filesystem::remove(plant.folder.file("error.log"));
+        c.damage();
+        bool told = false;
+        if (c.errorLog)
+            whenMessage(message::accessDenied(), [&](QMessageBox& box) {
+                told = true;
+                QTest::keyClick(&box, Qt::Key_Return);
+            });
+        finished.reset();
+        loggedIn = false;
+        start();
+        if (c.errorLog) {
+            ASSERT_TRUE(waitFor([&] { return finished.has_value(); }));
+            EXPECT_TRUE(told);
+            EXPECT_EQ(*finished, EXIT_FAILURE);
+            if (*c.errorLog) {
+                EXPECT_NE(plant.folder.read("error.log").find(c.errorLog), std::string::npos);
+            }
+        } else {
+            ASSERT_TRUE(waitFor([&] { return loggedIn; }));
+            EXPECT_EQ(program->mainWindow()->users().count(), 2);
+            EXPECT_FALSE(finished.has_value());
+        }
+        program.reset();
+    }
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,66 @@
+#pragma once
+// The desktop program as a test starts it: as main does, with the simulated host as host 1, real
+// message boxes, and the program's clock in the test's hands.
+#include "app/DesktopProgram.h"
+#include "dialogs/MessageBoxes.h"
+#include "support/Forms.h"
+#include "support/ManualTimers.h"
+#include "support/SimulatedPlant.h"
+
+#include <QMessageBox>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace corvane::test {
+
+inline void whenMessage(const std::string& text, std::function<void(QMessageBox&)> answer)
+{
+    whenBox<QMessageBox>([text](QMessageBox& box) { return box.text() == QString::fromStdString(text); }, answer);
+}
+
+inline ProgramOptions connectingTo(int host)
+{
+    ProgramOptions options;
+    options.connectHost = host;
+    return options;
+}
+
+class DesktopProgramTest : public ::testing::Test {
+public:
+    test::SimulatedPlant plant;
+    test::ManualTimers timers;
+    std::optional<int> untrappedEnd;
+    GenMsgBoxes boxes{[this](int status) { untrappedEnd = status; }};
+    test::ScriptedDesktop desktop;
+    Services services{*plant.registry, boxes, timers, desktop};
+    std::unique_ptr<DesktopProgram> program;
+    std::optional<int> finished;
+
+    void SetUp() override { plant.folder.useAsStoreRoot(); }
+
+    // Starts the program as main does, and lets the start-up form go on by itself.
+    frmCVRemote& start(ProgramOptions options = {})
+    {
+        program = std::make_unique<DesktopProgram>(std::move(options), services);
+        QObject::connect(program.get(), &DesktopProgram::finished, [this](int status) { finished = status; });
+        program->start();
+        EXPECT_TRUE(timers["tmrStartup"].isActive()) << "shown is enough; no activation needed";
+        timers.fire("tmrStartup");
+        QObject::connect(program->mainWindow(), &frmCVRemote::loggedIn, [this] { loggedIn = true; });
+        return *program->mainWindow();
+    }
+    // The same, up to the user's being logged in.
+    frmCVRemote& startAndLogIn()
+    {
+        frmCVRemote& window = start();
+        EXPECT_TRUE(waitFor([this] { return loggedIn; }));
+        return window;
+    }
+    bool loggedIn = false;
+    bool filled() const { return !program->mainWindow()->session().portStatus()[0].WorkstationName.empty(); }
+};
+
+} // namespace corvane::test
