@@ -4,16 +4,11 @@
 // started only to end (what starting any Qt program costs).
 //   corvane_bench_cli [RUNS]
 #include "Loopback.h"
-#include "hostsim/HostSimulator.h"
-#include "platform/Registry.h"
+#include "ScratchTerminal.h"
 #include "protocol/Requests.h"
-#include "security/FirstStore.h"
-#include "security/UserStore.h"
-#include "shell/HostConfiguration.h"
 
 #include <QCoreApplication>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstring>
@@ -64,23 +59,8 @@ int main(int argc, char** argv)
     }
     QCoreApplication app(argc, argv);
     const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 20;
-    QTemporaryDir scratch;
-    qputenv("CORVANE_REGISTRY_DIR", scratch.path().toLocal8Bit());
-    qputenv("CORVANE_PROGRAM_DIR", scratch.path().toLocal8Bit());
-    qputenv("CORVANE_ROOT", scratch.path().toLocal8Bit());
-    createFirstUserStore(userStorePath());
-
-    // The terminal's own work: without the host's unasked machine types, which wait out the
-    // host's pause between packets sent back to back.
-    hostsim::HostSimulator host;
-    host.announceMachineTypes = false;
-    host.listen();
-    auto registry = openSystemRegistry();
-    HostConfiguration config(*registry);
-    config.load();
-    config.HostIPs[1] = QStringLiteral("127.0.0.1");
-    config.SocketPorts[1] = host.port();
-    config.saveHost(1);
+    ScratchTerminal terminal;
+    hostsim::HostSimulator& host = terminal.host;
 
     const QString self = QCoreApplication::applicationFilePath();
     const QString port = QString::number(host.port());

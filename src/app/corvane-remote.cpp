@@ -4,6 +4,7 @@
 #include "app/ProgramOptions.h"
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
+#include "dialogs/ProgramHelp.h"
 #include "platform/Desktop.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
@@ -14,7 +15,10 @@
 #include "shell/VersionRules.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 
@@ -62,7 +66,16 @@ int main(int argc, char** argv)
     }
     const ProgramOptions& options = parsed.options;
     if (options.help) {
+        const QCoreApplication core(argc, argv); // where the program lies, for its help page
         std::printf("%s", qPrintable(programHelpText()));
+        const QStringList pages = programHelpCandidates();
+        const auto found
+            = std::find_if(pages.begin(), pages.end(), [](const QString& p) { return QFileInfo::exists(p); });
+        std::printf("\nHelp page (F1): %s\nLogs: %s\nUser store: %s\n",
+            qPrintable(found != pages.end()
+                    ? QDir::toNativeSeparators(*found)
+                    : QStringLiteral("missing (looked for %1)").arg(pages.join(QLatin1String(", ")))),
+            programFolder().c_str(), userStorePath().c_str());
         return 0;
     }
     if (options.version) {

@@ -10,7 +10,9 @@
 #include <QTimer>
 
 #include <csignal>
+#ifndef _WIN32
 #include <unistd.h>
+#endif
 
 namespace corvane::cli {
 namespace {
@@ -84,6 +86,7 @@ void printChanged(Client& client, std::vector<PortStatusRecord>& shown)
         table.print(client);
 }
 
+#ifndef _WIN32
 // An interrupt or a termination ends the watch in order; the handler only writes to a pipe.
 int stopPipe[2] = {-1, -1};
 extern "C" void stopRequested(int)
@@ -91,6 +94,7 @@ extern "C" void stopRequested(int)
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(stopPipe[1], &byte, 1);
 }
+#endif
 
 } // namespace
 

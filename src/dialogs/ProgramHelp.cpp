@@ -28,6 +28,9 @@ QStringList programHelpCandidates()
     const QDir beside(QCoreApplication::applicationDirPath());
     if (beside != programDir)
         candidates << beside.filePath(HelpPage);
+    // Installed: the programs in bin/, the help in share/corvane-remote/help/.
+    candidates << QDir::cleanPath(
+        beside.filePath(QStringLiteral("../share/corvane-remote/")) + QLatin1Char('/') + HelpPage);
     return candidates;
 }
 

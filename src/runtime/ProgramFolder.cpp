@@ -4,6 +4,10 @@
 #include <filesystem>
 #include <system_error>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace corvane {
 namespace {
 
@@ -35,13 +39,44 @@ std::string executableFolder()
     return found;
 }
 
+// Installed where nobody but the administrator writes (/usr/bin), the program keeps its logs in
+// the user's state folder instead: $XDG_STATE_HOME/corvane-remote, else
+// ~/.local/state/corvane-remote. Where that cannot be made either, the executable's folder
+// stands, and the logs' writing fails there as it would.
+std::string writableFolder(const std::string& folder)
+{
+#ifdef _WIN32
+    return folder;
+#else
+    static std::string lastFolder, lastChosen;
+    if (folder == lastFolder)
+        return lastChosen;
+    std::string chosen = folder;
+    if (::access(folder.c_str(), W_OK) != 0) {
+        const char* state = std::getenv("XDG_STATE_HOME");
+        const char* home = std::getenv("HOME");
+        std::string own;
+        if (state && *state)
+            own = std::string(state) + "/corvane-remote";
+        else if (home && *home)
+            own = std::string(home) + "/.local/state/corvane-remote";
+        std::error_code ec;
+        if (!own.empty() && (std::filesystem::create_directories(own, ec) || std::filesystem::is_directory(own, ec)))
+            chosen = own;
+    }
+    lastFolder = folder;
+    lastChosen = chosen;
+    return chosen;
+#endif
+}
+
 } // namespace
 
 std::string programFolder()
 {
     if (const char* dir = std::getenv("CORVANE_PROGRAM_DIR"); dir && *dir)
         return strippedOfSeparator(dir);
-    return strippedOfSeparator(executableFolder());
+    return writableFolder(strippedOfSeparator(executableFolder()));
 }
 
 void setExecutableFolder(std::string folder)
