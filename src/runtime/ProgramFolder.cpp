@@ -39,10 +39,10 @@ std::string executableFolder()
     return found;
 }
 
-// Installed where nobody but the administrator writes (/usr/bin), the program keeps its logs in
-// the user's state folder instead: $XDG_STATE_HOME/corvane-remote, else
-// ~/.local/state/corvane-remote. Where that cannot be made either, the executable's folder
-// stands, and the logs' writing fails there as it would.
+// Installed (bin/ beside share/corvane-remote/, as in /usr) or in a folder the user cannot
+// write, the program keeps its logs in the user's state folder instead:
+// $XDG_STATE_HOME/corvane-remote, else ~/.local/state/corvane-remote. Where that cannot be made
+// either, the executable's folder stands, and the logs' writing fails there as it would.
 std::string writableFolder(const std::string& folder)
 {
 #ifdef _WIN32
@@ -52,7 +52,9 @@ std::string writableFolder(const std::string& folder)
     if (folder == lastFolder)
         return lastChosen;
     std::string chosen = folder;
-    if (::access(folder.c_str(), W_OK) != 0) {
+    std::error_code installed;
+    if (std::filesystem::is_directory(folder + "/../share/corvane-remote", installed)
+        || ::access(folder.c_str(), W_OK) != 0) {
         const char* state = std::getenv("XDG_STATE_HOME");
         const char* home = std::getenv("HOME");
         std::string own;

@@ -5,8 +5,8 @@
 namespace corvane {
 
 // The program's own folder, where its logs and help file live: the folder named by the
-// environment variable CORVANE_PROGRAM_DIR when set, else the executable's folder; when that
-// takes no files (an installed program in /usr/bin), the user's state folder
+// environment variable CORVANE_PROGRAM_DIR when set, else the executable's folder; for an
+// installed program (in /usr/bin) or a folder that takes no files, the user's state folder
 // ($XDG_STATE_HOME/corvane-remote or ~/.local/state/corvane-remote).
 // Returned without a trailing separator; callers append "/error.log" and the like.
 std::string programFolder();
