@@ -25,7 +25,7 @@ constexpr qint64 Flood = 50ll << 20;
 // room for what a run may take in at once, and none for what the traffic's size would bring.
 // Under the sanitizers every allocation is larger and shadowed, so the ceiling is too.
 #ifdef CORVANE_SANITIZED
-constexpr long CeilingKb = 400 * 1024;
+constexpr long CeilingKb = 200 * 1024;
 #else
 constexpr long CeilingKb = 100 * 1024;
 #endif
