@@ -40,12 +40,16 @@ void startingPort(PortCommParms& p, DataCollectionParms& d)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fuzz::scratchFolder();
-    PortParmsTables tables;
-    tables.resize();
+    // Made once: only the first port is edited and sent, and it starts afresh each input.
+    static PortParmsTables tables = [] {
+        PortParmsTables t;
+        t.resize();
+        return t;
+    }();
     PortCommParms& p = tables.PortCommParmsTable[0];
     DataCollectionParms& d = tables.DataCollectionTable[0];
     startingPort(p, d);
-    const auto fields = recordFields();
+    static const auto fields = recordFields();
 
     std::string_view input = fuzz::text(data, size);
     while (!input.empty()) {

@@ -50,7 +50,8 @@ void Log_Packet_Error(std::string_view message)
 {
     try {
         const std::string current = currentPacketLogPath();
-        rotateIfFull(current, previousPacketLogPath());
+        if (!logWriterSet())
+            rotateIfFull(current, previousPacketLogPath());
         std::string line = "Packet Error Location " + std::to_string(PacketLogLocation) + " ";
         line.append(message);
         line += ' ';

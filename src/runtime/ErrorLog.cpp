@@ -37,6 +37,11 @@ void setLogWriter(LogWriter writer)
     logWriter() = std::move(writer);
 }
 
+bool logWriterSet()
+{
+    return static_cast<bool>(logWriter());
+}
+
 int appendLogLine(const std::string& path, std::string_view line)
 {
     if (const LogWriter& writer = logWriter())

@@ -33,6 +33,8 @@ int appendLogLine(const std::string& path, std::string_view line);
 // millions of them); it returns what appendLogLine would. An empty function restores the files.
 using LogWriter = std::function<int(const std::string& path, std::string_view line)>;
 void setLogWriter(LogWriter writer);
+// True while the lines go to such a writer: there are then no log files to rotate.
+bool logWriterSet();
 
 // Runs `body` under an error trap: a run-time error (or any other exception) leaves one line in
 // the error log with this location and the routine is left. Returns whether `body` finished.
