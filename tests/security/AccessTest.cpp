@@ -37,10 +37,6 @@ struct ScriptedAccessUi : AccessUi {
 TEST(Rights, ListsOfThisProgramAndTheHost)
 {
     RightsList list;
-    Load_Rights_List(list, "Unknown");
-    EXPECT_EQ(list.RightsCount, 0);
-    EXPECT_TRUE(list.rows.empty());
-
     Load_Rights_List(list, "cvRemote");
     ASSERT_EQ(list.RightsCount, 2);
     EXPECT_EQ(list.rows[0], (RightsEntry{"All (everything except Supervisor Options)", 0}));

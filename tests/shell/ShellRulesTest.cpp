@@ -25,17 +25,16 @@ TEST(ShellRules, VersionRuleAndAdvisory)
 // The messages that are put together from the values they report.
 TEST(ShellRules, MessagesTakeTheirValues)
 {
-    EXPECT_EQ(message::hostTooOld("4.11"),
-        "You are attempting to connect to Corvane version \r\n4.11.  This version of "
-        "Corvane Remote requires\r\nCorvane version 4.12.xx or later.");
-    const std::string advisory = message::upgradeAdvisory("4.12", "1.3");
-    EXPECT_NE(advisory.find("-- version 4.12.xx -- is optimized for use with \r\nCorvane Remote version 1.3.xx."),
-        std::string::npos);
-    EXPECT_NE(advisory.find("using is 1.2.xx.  You should upgrade this version"), std::string::npos);
-    EXPECT_TRUE(advisory.ends_with("update information."));
-    EXPECT_EQ(message::idleLogOff(1), "No User Activity For 1 Minutes. \r\nRemote Connection Disconnected  ");
-    EXPECT_EQ(message::duplicatePort("100"),
-        "Port: 100 is already assigned to \r\nanother Host.  You must assign a unique number.");
+    const std::pair<std::string, const char*> cases[] = {
+        {message::hostTooOld("4.11"), "version \r\n4.11.  "},
+        {message::upgradeAdvisory("4.12", "1.3"), "-- version 4.12.xx --"},
+        {message::upgradeAdvisory("4.12", "1.3"), "Corvane Remote version 1.3.xx."},
+        {message::upgradeAdvisory("4.12", "1.3"), "using is 1.2.xx."}, // this terminal, read as the host reads it
+        {message::idleLogOff(7), "For 7 Minutes"},
+        {message::duplicatePort("100"), "Port: 100 is"},
+    };
+    for (const auto& [text, value] : cases)
+        EXPECT_NE(text.find(value), std::string::npos) << value;
 }
 
 TEST(ShellRules, BookmarksAndGridValues)
