@@ -38,6 +38,7 @@ TEST(UserRecord, RoundTripsAndWhatLoadingDrops)
         {user("A NAME LONGER THAN TWENTY", "x y"), user("ANAMELONGERTHANT", "xy")},
         {user("", "left behind", {0}), user("", "leftbehind", {0})},
         {user("GUEST", "", {100}), user("GUEST", "")}, // position 100 is never kept
+        {user("~}|", "~~~~~~~~~"), user("~}|", "~~~~~~~~~")}, // scrambled past 127
     };
     for (const auto& c : cases)
         EXPECT_EQ(decodeUserRecord(encodeUserRecord(c.written)), c.read) << c.written.UserName;

@@ -51,13 +51,11 @@ struct ScriptedBoxes final : MessageBoxes {
 // The desktop as a test scripts it: the folders the browser hands back, and what was opened.
 struct ScriptedDesktop final : Desktop {
     std::deque<QString> folders; // an empty one is a cancelled browser
-    std::vector<QString> browserTitles;
     std::vector<QUrl> opened;
     bool opens = true;
 
-    QString chooseFolder(QWidget*, const QString& title) override
+    QString chooseFolder(QWidget*, const QString&) override
     {
-        browserTitles.push_back(title);
         if (folders.empty())
             return {};
         QString folder = folders.front();
