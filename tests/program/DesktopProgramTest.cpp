@@ -19,7 +19,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -29,6 +28,8 @@ namespace {
 
 using test::connectingTo;
 using test::control;
+using test::editingPort;
+using test::typeFooter;
 using test::waitFor;
 using test::whenBox;
 using test::whenMessage;
@@ -122,20 +123,14 @@ TEST_F(Program, TheConfigurationFieldsTakeKeysAsTheDesktopSendsThem)
 TEST_F(Program, TheEditorOpensAPortAndSavesItsChangesToTheHost)
 {
     ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
-    ProgramOptions options = connectingTo(1);
-    options.editPort = 15; // EDM 1, the grid's port 15: row 14 on the wire
     QString name;
     whenModal<frmCommParms>([&](frmCommParms& editor) {
         name = control<QLineEdit>(editor, "WorkstationName").text();
-        control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
-        auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
-        footer.setFocus();
-        footer.selectAll();
-        QTest::keyClicks(&footer, QStringLiteral("M99"));
+        typeFooter(editor, QStringLiteral("M99"));
         QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
         QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
     });
-    start(options);
+    start(editingPort(15)); // EDM 1, the grid's port 15: row 14 on the wire
     ASSERT_TRUE(waitFor([&] { return plant.host.updatesCompleted() == 1; }));
     EXPECT_EQ(name, QStringLiteral("EDM 1"));
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].ConfirmFooter, "M99");
@@ -153,8 +148,6 @@ TEST_F(Program, TheEditorOpensAPortAndSavesItsChangesToTheHost)
 TEST_F(Program, SavingWithoutAConnectionIsTrappedNotShown)
 {
     ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
-    ProgramOptions options = connectingTo(1);
-    options.editPort = 3;
     std::optional<bool> noBoxCameUp;
     whenModal<frmCommParms>([&](frmCommParms& editor) {
         program->mainWindow()->session().closeSocket();
@@ -162,7 +155,7 @@ TEST_F(Program, SavingWithoutAConnectionIsTrappedNotShown)
         noBoxCameUp = QApplication::activeModalWidget() == &editor;
         editor.accept();
     });
-    start(options);
+    start(editingPort(3));
     ASSERT_TRUE(waitFor([&] { return noBoxCameUp.has_value(); }));
     EXPECT_TRUE(*noBoxCameUp);
     EXPECT_EQ(plant.receivedOfType(packet_type::PortParms), 0u);

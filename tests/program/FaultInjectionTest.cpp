@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -26,18 +25,12 @@ namespace {
 
 using test::connectingTo;
 using test::control;
+using test::editingPort;
+using test::pressOk;
+using test::typeFooter;
 using test::waitFor;
 using test::whenMessage;
 using test::whenModal;
-
-// Presses OK on the box that says `text` once it is up, and notes that it came.
-void pressOk(const std::string& text, bool& came)
-{
-    whenMessage(text, [&came](QMessageBox& box) {
-        came = true;
-        QTest::keyClick(&box, Qt::Key_Return);
-    });
-}
 
 class Faults : public test::DesktopProgramTest {
 public:
@@ -45,13 +38,6 @@ public:
     {
         DesktopProgramTest::SetUp();
         ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
-    }
-    // Connected to host 1, the editor opened on this port as its user would.
-    static ProgramOptions editing(int port)
-    {
-        ProgramOptions options = connectingTo(1);
-        options.editPort = port;
-        return options;
     }
     // The cable is pulled the moment the host has taken in the `nth` packet of this type; once
     // the terminal has seen it go, the editor's wait for the host runs out.
@@ -106,17 +92,13 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
     QString shownAfter;
     bool told = false;
     whenModal<frmCommParms>([&](frmCommParms& editor) {
-        control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
-        auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
-        footer.setFocus();
-        footer.selectAll();
-        QTest::keyClicks(&footer, QStringLiteral("M99"));
+        QLineEdit& footer = typeFooter(editor, QStringLiteral("M99"));
         pressOk(std::string(message::UpdateNoAck), told);
         QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
         shownAfter = footer.text();
         QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
     });
-    start(editing(3));
+    start(editingPort(3));
     ASSERT_TRUE(waitFor([&] { return !shownAfter.isEmpty(); }));
     EXPECT_TRUE(told);
     EXPECT_EQ(shownAfter, QStringLiteral("M99"));
@@ -148,7 +130,7 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAFetch)
             QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
         },
         10000);
-    start(editing(15));
+    start(editingPort(15));
     ASSERT_TRUE(waitFor([&] { return !name.isEmpty(); }, 10000));
     EXPECT_TRUE(told);
     EXPECT_EQ(name, QStringLiteral("EDM 1")) << "section 1 came before the cable went";

@@ -2,12 +2,16 @@
 // The desktop program as a test starts it: as main does, with the simulated host as host 1, real
 // message boxes, and the program's clock in the test's hands.
 #include "app/DesktopProgram.h"
+#include "commparms/forms/frmCommParms.h"
 #include "dialogs/MessageBoxes.h"
 #include "support/Forms.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
 
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QTabWidget>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -21,11 +25,39 @@ inline void whenMessage(const std::string& text, std::function<void(QMessageBox&
     whenBox<QMessageBox>([text](QMessageBox& box) { return box.text() == QString::fromStdString(text); }, answer);
 }
 
+// Presses OK on the box that says `text` once it is up, and notes that it came.
+inline void pressOk(const std::string& text, bool& came)
+{
+    whenMessage(text, [&came](QMessageBox& box) {
+        came = true;
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+}
+
 inline ProgramOptions connectingTo(int host)
 {
     ProgramOptions options;
     options.connectHost = host;
     return options;
+}
+
+// Connected to host 1, the editor opened on this port as its user would.
+inline ProgramOptions editingPort(int port)
+{
+    ProgramOptions options = connectingTo(1);
+    options.editPort = port;
+    return options;
+}
+
+// Types over the confirmation footer, on the tab that shows it, as a user does.
+inline QLineEdit& typeFooter(frmCommParms& editor, const QString& text)
+{
+    control<QTabWidget>(editor, "CommTab").setCurrentIndex(1);
+    auto& footer = control<QLineEdit>(editor, "txtConfirmFooter");
+    footer.setFocus();
+    footer.selectAll();
+    QTest::keyClicks(&footer, text);
+    return footer;
 }
 
 class DesktopProgramTest : public ::testing::Test {
