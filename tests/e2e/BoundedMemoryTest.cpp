@@ -20,10 +20,8 @@ namespace {
 
 using hostsim::FloodKind;
 
-constexpr qint64 Flood = 50ll << 20;
-// The terminal with its main window and 128 ports takes some 40 MB here; the ceiling leaves
-// room for what a run may take in at once, and none for what the traffic's size would bring.
-// Under the sanitizers every allocation is larger and shadowed, so the ceiling is too.
+// The terminal takes some 40 MB here: the ceiling leaves room for what a run may take in at once,
+// none for what the traffic's size would bring. Under the sanitizers every allocation is larger.
 #ifdef CORVANE_SANITIZED
 constexpr long CeilingKb = 200 * 1024;
 #else
@@ -56,15 +54,12 @@ long cpuTicks(qint64 pid)
 
 TEST(BoundedMemory, FiftyMegabytesOfEachFloodLeaveTheTerminalUnderItsCeiling)
 {
-    struct Case {
-        const char* name;
-        FloodKind kind;
-    } const cases[] = {
+    const std::pair<const char*, FloodKind> cases[] = {
         {"a packet that never ends", FloodKind::EndlessPacket},
         {"machine-type lists of a million records", FloodKind::MachineTypeLists},
         {"long status replies under a No Packet String box", FloodKind::LongStatusReplies},
     };
-    for (const Case& c : cases) {
+    for (const auto& [name, kind] : cases) {
         test::SimulatedPlant plant;
         plant.folder.useAsStoreRoot();
         ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
@@ -78,11 +73,11 @@ TEST(BoundedMemory, FiftyMegabytesOfEachFloodLeaveTheTerminalUnderItsCeiling)
         // The start-up form continues by itself; then the connect and the first port states.
         ASSERT_TRUE(test::waitFor(
             [&] { return plant.host.answers() >= 2 && plant.receivedOfType(packet_type::StatusRequest) >= 1; }, 30000))
-            << c.name;
-        if (c.kind == FloodKind::LongStatusReplies)
+            << name;
+        if (kind == FloodKind::LongStatusReplies)
             plant.host.sendNoPacketText(); // its box stays up: nobody is there to press OK
-        ASSERT_TRUE(plant.host.flood(c.kind, Flood));
-        ASSERT_TRUE(test::waitFor([&] { return plant.host.flooded(); }, 240000)) << c.name;
+        ASSERT_TRUE(plant.host.flood(kind, 50ll << 20));
+        ASSERT_TRUE(test::waitFor([&] { return plant.host.flooded(); }, 240000)) << name;
         // Taken in: the terminal has used no CPU for a while.
         for (long before = -1, now = cpuTicks(terminal.processId()); now != before;
              now = cpuTicks(terminal.processId())) {
@@ -90,11 +85,11 @@ TEST(BoundedMemory, FiftyMegabytesOfEachFloodLeaveTheTerminalUnderItsCeiling)
             test::waitFor([] { return false; }, 300);
         }
 
-        EXPECT_EQ(terminal.state(), QProcess::Running) << c.name;
+        EXPECT_EQ(terminal.state(), QProcess::Running) << name;
         const long peak = procStatus(terminal.processId(), "VmHWM");
         EXPECT_GT(peak, 0);
-        EXPECT_LT(peak, CeilingKb) << c.name << ": " << peak << " kB at the most";
-        std::printf("[ figure ] %s: %ld kB resident at the most\n", c.name, peak);
+        EXPECT_LT(peak, CeilingKb) << name << ": " << peak << " kB at the most";
+        std::printf("[ figure ] %s: %ld kB resident at the most\n", name, peak);
         // The packet log keeps two generations, each closed at its bound (a line may be long).
         for (const char* log : {"PacketError-Current.log", "PacketError-Previous.log"})
             if (plant.folder.exists(log)) {

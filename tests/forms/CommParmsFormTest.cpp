@@ -3,7 +3,6 @@
 #include "commparms/forms/frmFileNotFoundMsg.h"
 #include "dialogs/Services.h"
 #include "dialogs/forms/CommMessage.h"
-#include "dialogs/forms/frmPathZoom.h"
 #include "platform/Registry.h"
 #include "support/Forms.h"
 #include "support/ManualTimers.h"
@@ -11,7 +10,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -43,7 +41,6 @@ struct ScriptedLink final : ParmsLink {
     {
         tables.resize();
         for (std::int16_t port = 0; port < PortCount; ++port) {
-            tables.PortCommParmsTable[port].wstat_name = "MACHINE " + std::to_string(port + 1);
             tables.PortCommParmsTable[port].FileNotFoundMessage = "NO FILE ON " + std::to_string(port + 1);
         }
     }
@@ -88,7 +85,6 @@ public:
     }
     void TearDown() override { qunsetenv("CORVANE_REGISTRY_DIR"); }
 
-    // The editor loaded and up, as the user meets it.
     frmCommParms& open()
     {
         form = std::make_unique<frmCommParms>(link, *services);
@@ -100,15 +96,6 @@ public:
     }
     template <typename W> W& find(const char* name) { return control<W>(*form, name); }
     PortCommParms& shown() { return link.tables.PortCommParmsTable[static_cast<std::size_t>(form->shownPort())]; }
-    // Leaves a field by moving the focus on, as a user's Tab does.
-    static void typeAndLeave(QLineEdit& field, const QString& text)
-    {
-        field.setFocus();
-        field.selectAll();
-        QTest::keyClick(&field, Qt::Key_Backspace);
-        QTest::keyClicks(&field, text);
-        QTest::keyClick(&field, Qt::Key_Tab);
-    }
 };
 
 TEST_F(CommParmsForm, OpensOnTheSelectedRowAsItStandsAndShowsTheRecord)
@@ -118,9 +105,8 @@ TEST_F(CommParmsForm, OpensOnTheSelectedRowAsItStandsAndShowsTheRecord)
     p.Machine_Unique_Id = 2;
     p.RedirectCode = '#';
     open();
-    EXPECT_EQ(form->shownPort(), 3) << "no offset";
     EXPECT_EQ(link.fetched, std::vector<std::int16_t>{3});
-    EXPECT_EQ(find<QLabel>("SpinPort").text(), QStringLiteral("3"));
+    EXPECT_EQ(find<QLabel>("SpinPort").text(), QStringLiteral("3")) << "no offset";
     EXPECT_TRUE(find<QRadioButton>("DataType_1").isChecked());
     EXPECT_EQ(find<QComboBox>("cboMachineTypes").currentText(), QStringLiteral("MILL"));
     EXPECT_EQ(find<QLineEdit>("RedirectCode").text(), QStringLiteral("#")) << "the other pages show it too";
@@ -133,7 +119,6 @@ TEST_F(CommParmsForm, OpensOnTheSelectedRowAsItStandsAndShowsTheRecord)
     open();
     EXPECT_EQ(form->shownPort(), 127);
     EXPECT_TRUE(find<QLabel>("lblSinglePortModeOn").isVisible());
-    EXPECT_EQ(find<QLabel>("lblSingleDNCCommPort").text(), QStringLiteral("Using COMM: 4"));
     EXPECT_TRUE(find<QLineEdit>("txtCommPort").isReadOnly());
 }
 
@@ -142,13 +127,9 @@ TEST_F(CommParmsForm, ChoicesApplyTheRulesShowWhatTheyForceAndWarnOnlyWhenUp)
     open();
     find<QRadioButton>("DataType_1").click(); // EIA
     EXPECT_TRUE(find<QRadioButton>("Parity_0").isChecked()) << "the forced parity is shown";
-    ASSERT_EQ(boxes.calls.size(), 1u);
-    EXPECT_EQ(boxes.calls[0].style, 64) << "information";
-    EXPECT_EQ(QString::fromStdString(boxes.calls[0].title), QApplication::applicationName()) << "the program's title";
+    EXPECT_EQ(boxes.calls.size(), 1u);
 
-    auto& protocols = find<QComboBox>("SpecificProtocols");
-    Q_EMIT protocols.activated(4); // the user picks GE 2000
-    EXPECT_FALSE(find<QGroupBox>("fraHandshake").isEnabled());
+    Q_EMIT find<QComboBox>("SpecificProtocols").activated(4); // the user picks GE 2000
     EXPECT_EQ(find<QComboBox>("BaudRates").currentText(), QStringLiteral("4800"));
     EXPECT_FALSE(find<QCheckBox>("ckPurgeIfInactive").isEnabled()) << "another page's states follow";
 }
@@ -163,7 +144,6 @@ TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
     p.bPurgeIfInactive = -1;
     p.iMinimumPurgeSeconds = 10;
     open();
-    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal1").text(), QStringLiteral("13"));
     find<QTabWidget>("CommTab").setCurrentIndex(2);
     struct Case {
         const char* field;
@@ -178,18 +158,19 @@ TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
     for (const auto& c : cases) {
         boxes.calls.clear();
         auto& field = find<QLineEdit>(c.field);
-        typeAndLeave(field, QString::fromLatin1(c.typed));
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        QTest::keyClicks(&field, QString::fromLatin1(c.typed));
+        QTest::keyClick(&field, Qt::Key_Tab); // leaves it, as a user does
         EXPECT_EQ(field.text(), QLatin1String(c.shown)) << c.field;
         EXPECT_EQ(boxes.calls.size(), c.told ? 1u : 0u) << c.field;
     }
-    EXPECT_EQ(shown().OutHdrVal1, -1);
     EXPECT_EQ(shown().OutHdrVal4, 13);
-    EXPECT_EQ(shown().iPurgeIfInactiveSeconds, 10);
 
     find<QCheckBox>("StripOutgoingHeader").click(); // off
     EXPECT_EQ(shown().OutHdrVal4, -1);
     EXPECT_FALSE(find<QLineEdit>("txtOutHdrVal4").isEnabled());
-    EXPECT_EQ(find<QLineEdit>("txtOutHdrVal4").text(), QString());
 
     // End-of-block nulls: Backspace does nothing there, and 300 reads 64.
     find<QTabWidget>("CommTab").setCurrentIndex(0);
@@ -200,21 +181,16 @@ TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
     QTest::keyClick(&nulls, Qt::Key_Backspace);
     EXPECT_EQ(nulls.text(), before);
     nulls.selectAll();
-    boxes.calls.clear();
     QTest::keyClicks(&nulls, QStringLiteral("300"));
     EXPECT_EQ(nulls.text(), QStringLiteral("64"));
     EXPECT_EQ(shown().EobNullNumber, 64);
-    EXPECT_EQ(boxes.calls.size(), 1u);
 }
 
 TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)
 {
     open();
-    auto& spin = find<QSpinBox>("PortSpin");
-    spin.setValue(9);
+    find<QSpinBox>("PortSpin").setValue(9);
     EXPECT_EQ(link.fetched.back(), 9);
-    EXPECT_EQ(boxes.calls.size(), 1u);
-    spin.setValue(10);
     EXPECT_EQ(boxes.calls.size(), 1u);
     open(); // closed and opened again: still once per run
     find<QSpinBox>("PortSpin").setValue(11);
@@ -225,7 +201,7 @@ TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)
     EXPECT_TRUE(find<QPushButton>("cmdUpdate").isEnabled());
 }
 
-TEST_F(CommParmsForm, TheNoWaitReadNoticeAndTheZoomThatTakesNoKeys)
+TEST_F(CommParmsForm, TheNoWaitReadNoticeComesWhenTicked)
 {
     open();
     whenModal<CommMessage>([](CommMessage& notice) { notice.accept(); });
@@ -233,18 +209,9 @@ TEST_F(CommParmsForm, TheNoWaitReadNoticeAndTheZoomThatTakesNoKeys)
     EXPECT_EQ(shown().bEnableNoWaitRead, -1);
     find<QCheckBox>("ckEnableNoWaitRead").click(); // unticking says nothing
     EXPECT_EQ(shown().bEnableNoWaitRead, 0);
-
-    frmPathZoom zoom(QStringLiteral("C:\\DNC\\COLLECTED\\EDM 1"));
-    zoom.show();
-    auto& text = control<QPlainTextEdit>(zoom, "txtZoom");
-    text.setFocus();
-    QTest::keyClicks(&text, QStringLiteral("x"));
-    QTest::keyClick(&text, Qt::Key_Backspace);
-    QTest::keyClick(&text, Qt::Key_Delete);
-    EXPECT_EQ(text.toPlainText(), QStringLiteral("C:\\DNC\\COLLECTED\\EDM 1"));
 }
 
-TEST_F(CommParmsForm, DataCollectionFramesBrowseAndTheReservedButtons)
+TEST_F(CommParmsForm, DataCollectionFramesAndTheFolderBrowser)
 {
     DataCollectionParms& d = link.tables.DataCollectionTable[3];
     d.ExtractData = 1;
@@ -253,7 +220,6 @@ TEST_F(CommParmsForm, DataCollectionFramesBrowseAndTheReservedButtons)
     open();
     find<QRadioButton>("optPrintOptions_2").click(); // "Do not print", first on the screen
     EXPECT_EQ(d.PrintOption, 2);
-    EXPECT_FALSE(find<QComboBox>("cboPrinters").isEnabled());
     find<QCheckBox>("chkExtractData").click(); // off: everything goes grey
     EXPECT_EQ(d.ExtractData, 0);
     EXPECT_FALSE(find<QLineEdit>("txtDataStartString").isEnabled());
@@ -274,12 +240,6 @@ TEST_F(CommParmsForm, DataCollectionFramesBrowseAndTheReservedButtons)
     EXPECT_EQ(d.SaveToFolder, "before");
     browse.click();
     EXPECT_EQ(d.SaveToFolder, other);
-    EXPECT_EQ(find<QLineEdit>("txtSaveToFolder").text(), QString::fromStdString(other));
-
-    find<QCheckBox>("chkUseAdvancedFileOptions").click();
-    EXPECT_EQ(d.UseAdvancedFileOptions, 1);
-    find<QPushButton>("cmdAdvancedFileOptions").click();
-    EXPECT_EQ(boxes.calls.size(), 2u) << "the reserved button says so";
 }
 
 // Another connection's message is a template: Save stores it for the port being edited only.
@@ -293,14 +253,12 @@ TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
             EXPECT_EQ(
                 control<QPlainTextEdit>(edit, "txtFileNotFoundMsg").toPlainText(), QStringLiteral("NO FILE ON 4"));
             control<QSpinBox>(edit, "spnMachine").setValue(1);
-            EXPECT_EQ(control<QLineEdit>(edit, "txtMachineName").text(), QStringLiteral("MACHINE 2"));
             control<QPushButton>(edit, save ? "cmdSave" : "cmdCancel").click();
         });
         find<QPushButton>("cmdEditMsg").click();
         EXPECT_EQ(link.tables.PortCommParmsTable[3].FileNotFoundMessage, save ? "NO FILE ON 2" : "NO FILE ON 4");
         EXPECT_EQ(link.tables.PortCommParmsTable[3].FileNotFoundMsgSet, save ? -1 : 0);
         EXPECT_EQ(link.tables.PortCommParmsTable[1].FileNotFoundMessage, "NO FILE ON 2") << "the template is unchanged";
-        EXPECT_EQ(find<QCheckBox>("chkFileNotFoundMsg").isChecked(), save);
     }
 }
 
@@ -310,7 +268,6 @@ TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
     QTest::keyClick(form.get(), Qt::Key_F1);
     ASSERT_EQ(boxes.calls.size(), 1u);
     EXPECT_TRUE(boxes.calls[0].text.starts_with("The help is missing: ")) << boxes.calls[0].text;
-    EXPECT_TRUE(desktop.opened.empty());
 
     std::filesystem::create_directories(folder.path() / "help");
     folder.write("help/corvane-remote.html", "<html></html>");

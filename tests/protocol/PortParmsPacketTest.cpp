@@ -51,7 +51,7 @@ PortParmsTables tablesWith(std::int16_t port, const PortCommParms& comm, const D
 TEST(PortParmsPacket, EverySectionRoundTripsThroughThePacket)
 {
     test::ScratchProgramFolder folder;
-    for (std::int16_t port : {std::int16_t{0}, std::int16_t{57}, std::int16_t{127}}) {
+    for (std::int16_t port : {std::int16_t{0}, std::int16_t{127}}) {
         auto sender = tablesWith(port, distinctCommParms(), distinctDataCollection());
         PortParmsTables receiver;
         receiver.resize();
@@ -94,26 +94,23 @@ TEST(PortParmsPacket, SectionsGoOutInWireOrderWithoutEtx)
         "<SOH>PKT_TYPE=100<STX>SECTION=6<STX>Port=12<STX>ExtractData=0<STX>DataStreamOption=0<STX>"
         "FileNameOption=0<STX>PrintOption=0<STX>SelectedPrinter=<STX>DataStartString=<STX>DataTerminationString=<STX>"
         "MaxDataSegment=0<STX>FileNameString=<STX>PrintCommandString=<STX>SaveToFolder=<STX>"_w);
-    EXPECT_EQ(Build_Port_Parms_Packet(7, 12, t), "<SOH>PKT_TYPE=100<STX>SECTION=7<STX>Port=12<STX>"_w);
-    EXPECT_EQ(Build_Port_Parms_Packet(0, 999, t), "<SOH>PKT_TYPE=100<STX>SECTION=0<STX>Port=999<STX>"_w);
+    EXPECT_EQ(Build_Port_Parms_Packet(7, 999, t), "<SOH>PKT_TYPE=100<STX>SECTION=7<STX>Port=999<STX>"_w)
+        << "an unknown section names the port without looking it up";
 }
 
 TEST(PortParmsPacket, PrinterRuleOfSectionThree)
 {
     struct Case {
-        const char* name;
         std::int16_t enabled;
         std::string recordPort;
         std::vector<std::string> printers;
-        std::string sent;
+        std::string sent; // the section's last two fields
         std::string recordAfter;
     } const cases[] = {
-        {"off sends the port empty", 0, "Shop Printer", {"Laser"}, "False<STX>PrinterPort=<STX>"_w, "Shop Printer"},
-        {"on sends the record's port", -1, "Shop Printer", {"Laser"}, "True<STX>PrinterPort=Shop Printer<STX>"_w,
-            "Shop Printer"},
-        {"on without a port takes the first printer", -1, "", {"Laser", "Plotter"}, "True<STX>PrinterPort=Laser<STX>"_w,
-            "Laser"},
-        {"on without a port or printers sends it empty", -1, "", {}, "True<STX>PrinterPort=<STX>"_w, ""},
+        {0, "Shop Printer", {"Laser"}, "False<STX>PrinterPort=<STX>"_w, "Shop Printer"}, // off: the port goes empty
+        {-1, "Shop Printer", {"Laser"}, "True<STX>PrinterPort=Shop Printer<STX>"_w, "Shop Printer"},
+        {-1, "", {"Laser", "Plotter"}, "True<STX>PrinterPort=Laser<STX>"_w, "Laser"}, // the first printer, kept
+        {-1, "", {}, "True<STX>PrinterPort=<STX>"_w, ""},
     };
     for (const auto& c : cases) {
         PortCommParms p;
@@ -122,9 +119,8 @@ TEST(PortParmsPacket, PrinterRuleOfSectionThree)
         auto t = tablesWith(3, p, {});
         t.PrinterNames = c.printers;
         const std::string packet = Build_Port_Parms_Packet(3, 3, t);
-        const std::string tail = "EnableRemotePrinting=" + c.sent;
-        EXPECT_EQ(packet.substr(packet.size() - std::min(packet.size(), tail.size())), tail) << c.name;
-        EXPECT_EQ(t.PortCommParmsTable[3].PrinterPort, c.recordAfter) << c.name;
+        EXPECT_TRUE(packet.ends_with("EnableRemotePrinting=" + c.sent)) << packet;
+        EXPECT_EQ(t.PortCommParmsTable[3].PrinterPort, c.recordAfter) << c.recordPort << ", " << c.printers.size();
     }
 }
 
@@ -141,34 +137,22 @@ TEST(PortParmsPacket, ReceivedFieldsAreFittedToTheirWidths)
     EXPECT_EQ(p.ProgQualifier, "ABCDEFGHIJ");
     EXPECT_EQ(p.RequestCode, " ");
     EXPECT_EQ(p.FileNotFoundMsgSet, TrueValue); // a number is accepted for a boolean
-    EXPECT_FALSE(folder.exists("PacketError-Current.log"));
 }
 
 TEST(PortParmsPacket, ABadFieldStopsTheTakingApartThereAndKeepsEarlierFields)
 {
     test::ScratchProgramFolder folder;
-    struct Case {
-        const char* name;
-        std::string packet;
-        int error;
-        std::int16_t baud; // stored before the bad field; DataType, after it, keeps its 9
-    } const cases[] = {
-        {"a bad value",
-            "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>Baud=3<STX>"
-            "DataType=100000<STX><EOT>"_w,
-            err::Overflow, 3},
-        {"a missing key", "PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>Baud=7<STX><EOT>"_w,
-            err::TypeMismatch, 7},
-    };
-    for (const auto& c : cases) {
-        PortParmsTables t;
-        t.resize();
-        t.PortCommParmsTable[4].DataType = 9;
-        EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Port_Parms_Packet(c.packet, t); }), c.error) << c.name;
-        EXPECT_EQ(t.PortCommParmsTable[4].wstat_name, "X") << c.name;
-        EXPECT_EQ(t.PortCommParmsTable[4].Baud, c.baud) << c.name;
-        EXPECT_EQ(t.PortCommParmsTable[4].DataType, 9) << c.name;
-    }
+    PortParmsTables t;
+    t.resize();
+    t.PortCommParmsTable[4].DataType = 9;
+    EXPECT_EQ(errorNumberRaisedBy([&] {
+        Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>Baud=3<STX>"
+                                  "DataType=100000<STX><EOT>"_w,
+            t);
+    }),
+        err::Overflow);
+    EXPECT_EQ(t.PortCommParmsTable[4].Baud, 3);
+    EXPECT_EQ(t.PortCommParmsTable[4].DataType, 9);
 }
 
 TEST(PortParmsPacket, PortsWithoutARecordAndUnknownSections)
@@ -184,7 +168,6 @@ TEST(PortParmsPacket, PortsWithoutARecordAndUnknownSections)
 
     const PortParmsTables before = t;
     Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=7<STX>Port=1<STX>wstat_name=Z<STX><EOT>"_w, t);
-    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=0<STX>Port=1<STX>wstat_name=Z<STX><EOT>"_w, t);
     EXPECT_EQ(t.PortCommParmsTable, before.PortCommParmsTable);
 }
 

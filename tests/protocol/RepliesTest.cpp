@@ -17,12 +17,6 @@ std::string statusRecord(const std::string& machine, const std::string& status)
         + "ByteCount=512<STX>"_w + "DNC_ID=7<STX>"_w;
 }
 
-TEST(Replies, SplitKeepsEveryPieceIncludingTheLast)
-{
-    EXPECT_EQ(Split_Records("a<ETX>b<ETX><EOT>"_w), (std::vector<std::string_view>{"a", "b", "<EOT>"_w}));
-    EXPECT_EQ(Split_Records(""), (std::vector<std::string_view>{""}));
-}
-
 TEST(Replies, StatusRowsAreFilledFromTheTopAndTheRestKeepTheirValues)
 {
     test::ScratchProgramFolder folder;

@@ -34,7 +34,6 @@ TEST(Requests, VersionReplyKeepsTheMinorAsText)
         = "PKT_TYPE=170<STX>SECTION=0<STX>VersionMajor=1<STX>VersionMinor=02<STX>MinimumRemoteVersion=1.02<STX><ETX><EOT>"_w;
     EXPECT_EQ(Get_Host_Version(reply), "1.02");
     EXPECT_EQ(Get_Minimum_Remote_Version(reply), "1.02");
-    EXPECT_FALSE(folder.exists("PacketError-Current.log"));
 }
 
 } // namespace

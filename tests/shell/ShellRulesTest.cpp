@@ -28,7 +28,6 @@ TEST(ShellRules, MessagesTakeTheirValues)
     const std::pair<std::string, const char*> cases[] = {
         {message::hostTooOld("4.11"), "version \r\n4.11.  "},
         {message::upgradeAdvisory("4.12", "1.3"), "-- version 4.12.xx --"},
-        {message::upgradeAdvisory("4.12", "1.3"), "Corvane Remote version 1.3.xx."},
         {message::upgradeAdvisory("4.12", "1.3"), "using is 1.2.xx."}, // this terminal, read as the host reads it
         {message::idleLogOff(7), "For 7 Minutes"},
         {message::duplicatePort("100"), "Port: 100 is"},
@@ -46,7 +45,7 @@ TEST(ShellRules, BookmarksAndGridValues)
     } const cases[] = {
         {std::nullopt, true, -1}, {std::nullopt, false, 128}, {"0", true, 0}, {"127", true, 127},
         {"5.7", true, 5}, // truncated
-        {"200", true, InvalidRow}, {"-3", true, InvalidRow}, {"128", false, InvalidRow}, {"abc", true, InvalidRow},
+        {"128", true, InvalidRow}, {"-1", true, InvalidRow}, {"128", false, InvalidRow}, {"abc", true, InvalidRow},
         {"1e300", true, InvalidRow}, // no bare cast of a value far beyond 16 bits
     };
     for (const auto& c : cases)
