@@ -97,6 +97,13 @@ int main(int argc, char** argv)
              QStringLiteral("Fault: answer the first status request with one packet of N characters (e.g. 40000)."),
              QStringLiteral("N")),
             number(16, [](HostSimulator& h, int v) { h.faults.bigPacketSize = static_cast<std::size_t>(v); })},
+        {QCommandLineOption(
+             QStringLiteral("duplicate-ack"), QStringLiteral("Fault: acknowledge every update section twice.")),
+            [](HostSimulator& h, const QString&) { return h.faults.duplicateAck = true; }},
+        {QCommandLineOption(QStringLiteral("early-ack"),
+             QStringLiteral("Fault: acknowledge ahead: an ACK before every reply to a fetch section, and one "
+                            "more on an update's first section.")),
+            [](HostSimulator& h, const QString&) { return h.faults.earlyAck = true; }},
         {QCommandLineOption(QStringLiteral("dribble-ms"), QStringLiteral("Fault: send one byte every N ms (e.g. 100)."),
              QStringLiteral("N")),
             number(1, [](HostSimulator& h, int v) { h.faults.dribbleMs = v; })},

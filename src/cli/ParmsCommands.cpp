@@ -17,22 +17,32 @@
 namespace corvane::cli {
 namespace {
 
-QJsonObject recordJson(const PortCommParms& p, const DataCollectionParms& d, bool collection)
+// The fields the host stores; those this terminal keeps to itself are never printed as the
+// host's.
+QJsonObject recordJson(const PortRecords& r, bool collection)
 {
     QJsonObject out;
     for (const RecordField& field : recordFields())
-        if (field.dataCollection == collection)
-            out.insert(fromLatin1Bytes(field.name), jsonOf(fieldValue(p, d, field)));
+        if (field.dataCollection == collection && !keptByTerminalOnly(field.name))
+            out.insert(fromLatin1Bytes(field.name), jsonOf(fieldValue(r.comm, r.collection, field)));
     return out;
 }
 
+// A port as the host sent it in a complete fetch, with what the editor's rules of showing it
+// would change beside it.
 QJsonObject portJson(Client& client, std::int16_t port)
 {
-    PortParmsTables& t = client.session().parmsTables();
-    const PortCommParms& p = t.commParms(static_cast<std::int16_t>(port - 1));
-    const DataCollectionParms& d = t.dataCollection(static_cast<std::int16_t>(port - 1));
-    return {{QStringLiteral("port"), port}, {QStringLiteral("PortCommParms"), recordJson(p, d, false)},
-        {QStringLiteral("DataCollectionParms"), recordJson(p, d, true)}};
+    const auto row = static_cast<std::int16_t>(port - 1);
+    const PortRecords* host = client.session().received(row);
+    if (!host) // only a complete fetch comes here; anything else has ended the command
+        Client::end(NoAnswer);
+    QJsonArray corrections;
+    for (const ChangedField& c : client.session().showCorrections(row))
+        corrections.append(QJsonObject{{QStringLiteral("field"), fromLatin1Bytes(c.name)},
+            {QStringLiteral("host"), jsonOf(c.before)}, {QStringLiteral("shown"), jsonOf(c.after)}});
+    return {{QStringLiteral("port"), port}, {QStringLiteral("PortCommParms"), recordJson(*host, false)},
+        {QStringLiteral("DataCollectionParms"), recordJson(*host, true)},
+        {QStringLiteral("corrections"), corrections}};
 }
 
 void printRecords(Client& client, std::int16_t port)
@@ -42,19 +52,27 @@ void printRecords(Client& client, std::int16_t port)
         client.printJson(records);
         return;
     }
+    const auto row = static_cast<std::int16_t>(port - 1);
+    const PortRecords& host = *client.session().received(row);
     client.print(QStringLiteral("Port %1").arg(port));
-    for (const char* name : {"PortCommParms", "DataCollectionParms"}) {
-        client.print(QStringLiteral("  %1").arg(QLatin1String(name)));
-        const QJsonObject record = records.value(QLatin1String(name)).toObject();
-        for (const RecordField& field : recordFields()) {
-            const QJsonValue value = record.value(fromLatin1Bytes(field.name));
-            if (value.isUndefined())
-                continue;
-            client.print(QStringLiteral("    %1 = %2")
-                             .arg(fromLatin1Bytes(field.name).leftJustified(24))
-                             .arg(value.isString() ? value.toString() : QString::number(value.toInteger())));
-        }
+    for (const bool collection : {false, true}) {
+        client.print(collection ? QStringLiteral("  DataCollectionParms") : QStringLiteral("  PortCommParms"));
+        for (const RecordField& field : recordFields())
+            if (field.dataCollection == collection && !keptByTerminalOnly(field.name))
+                client.print(QStringLiteral("    %1 = %2")
+                                 .arg(fromLatin1Bytes(field.name).leftJustified(24),
+                                     fromLatin1Bytes(fieldValueText(
+                                         field.name, fieldValue(host.comm, host.collection, field)))));
     }
+    const std::vector<ChangedField> corrections = client.session().showCorrections(row);
+    if (corrections.empty())
+        return;
+    client.print(QStringLiteral("  Corrected by the editor's rules when shown (and sent so by an update)"));
+    for (const ChangedField& c : corrections)
+        client.print(QStringLiteral("    %1 = %2 -> %3")
+                         .arg(fromLatin1Bytes(c.name).leftJustified(24),
+                             fromLatin1Bytes(fieldValueText(c.name, c.before)),
+                             fromLatin1Bytes(fieldValueText(c.name, c.after))));
 }
 
 // What became of an exchange with the host: a connection that went ends with 3 (a fetch passes
@@ -104,13 +122,13 @@ std::optional<FieldValue> valueFor(const RecordField& field, const QJsonValue& j
 }
 
 // A port of an export: the values of the fields it holds, each already checked to fit its field.
-struct PortRecords {
+struct FileRecords {
     std::int16_t port;
     std::vector<std::pair<const RecordField*, FieldValue>> values;
 };
 
 // The file's ports, every field checked before anything is sent; ends with 2 on the first fault.
-std::vector<PortRecords> readExport(const QString& path, const QStringList& only)
+std::vector<FileRecords> readExport(const QString& path, const QStringList& only)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -119,7 +137,7 @@ std::vector<PortRecords> readExport(const QString& path, const QStringList& only
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (!document.isObject())
         throw UsageError{QStringLiteral("%1 is no export of port parameters: %2").arg(path, error.errorString())};
-    std::vector<PortRecords> out;
+    std::vector<FileRecords> out;
     for (const QJsonValue& entry : document.object().value(QStringLiteral("ports")).toArray()) {
         const QJsonObject port = entry.toObject();
         const int number = port.value(QStringLiteral("port")).toInt();
@@ -127,7 +145,7 @@ std::vector<PortRecords> readExport(const QString& path, const QStringList& only
             throw UsageError{QStringLiteral("%1 names a port outside 1 to 128").arg(path)};
         if (!only.isEmpty() && !only.contains(QString::number(number)))
             continue;
-        PortRecords records{static_cast<std::int16_t>(number), {}};
+        FileRecords records{static_cast<std::int16_t>(number), {}};
         PortCommParms comm;
         DataCollectionParms collection;
         for (const char* recordName : {"PortCommParms", "DataCollectionParms"}) {
@@ -183,6 +201,11 @@ int setParms(Client& client)
     DataCollectionParms d = t.dataCollection(static_cast<std::int16_t>(port - 1));
     // Every change through its control's rule, in the order given; a refused one stops all.
     for (const auto& [name, value] : changes) {
+        if (keptByTerminalOnly(name)) {
+            client.say("corvane-remote-cli: " + name
+                + " is kept by the desktop terminal only: the host does not store it. Nothing was sent.");
+            return Usage;
+        }
         const FieldEdit edit = editField(p, d, name, value, client.session().machineTypes());
         if (!edit.accepted) {
             client.say("corvane-remote-cli: " + edit.refusal + ". Nothing was sent.");
@@ -232,6 +255,54 @@ int exportParms(Client& client)
     return Done;
 }
 
+namespace {
+
+std::string editText(const FieldValue& value)
+{
+    if (const auto* number = std::get_if<std::int64_t>(&value))
+        return std::to_string(*number);
+    return std::get<std::string>(value);
+}
+
+// The file's values over a fresh fetch of the port, each one that would change the record
+// through its control's rule, in the file's order: the same corrections, warnings and refusals
+// as set-parms. A value the host holds already, or one that only the rules of showing the record
+// changed, is no change. False, with why, when a rule refuses a value: nothing of the port is
+// sent then.
+bool applyImport(Client& client, const FileRecords& file, PortRecords& records)
+{
+    const std::int16_t port = file.port;
+    const auto row = static_cast<std::int16_t>(port - 1);
+    const PortRecords host = *client.session().received(row);
+    const PortRecords shown = records;
+    const auto at = [&](const PortRecords& r, const RecordField& f) { return fieldValue(r.comm, r.collection, f); };
+    for (const auto& [field, value] : file.values) {
+        if (keptByTerminalOnly(field->name)) {
+            client.say("port " + std::to_string(port) + ": " + std::string(field->name)
+                + " is kept by the desktop terminal only, and not imported.");
+            continue;
+        }
+        if (value == at(records, *field) || (value == at(host, *field) && at(records, *field) == at(shown, *field)))
+            continue;
+        const FieldEdit edit
+            = editField(records.comm, records.collection, field->name, editText(value), client.session().machineTypes());
+        if (!edit.accepted) {
+            client.say("port " + std::to_string(port) + ": " + edit.refusal + ". Nothing of port "
+                + std::to_string(port) + " was sent.");
+            return false;
+        }
+        for (const RuleMessage& message : edit.outcome.messages)
+            client.say("port " + std::to_string(port) + ": " + message.text);
+        if (at(records, *field) != value)
+            client.say("port " + std::to_string(port) + ": " + std::string(field->name) + " "
+                + fieldValueText(field->name, value) + " is " + fieldValueText(field->name, at(records, *field))
+                + " by the rules.");
+    }
+    return true;
+}
+
+} // namespace
+
 int importParms(Client& client)
 {
     const QStringList& args = client.options().arguments;
@@ -239,17 +310,37 @@ int importParms(Client& client)
         throw UsageError{QStringLiteral("import takes a FILE")};
     for (qsizetype i = 1; i < args.size(); ++i)
         client.portArgument(args[i]);
-    const std::vector<PortRecords> ports = readExport(args[0], args.mid(1));
+    const std::vector<FileRecords> ports = readExport(args[0], args.mid(1));
     editorSession(client);
-    for (const PortRecords& records : ports) {
-        // The file's values over what the host holds now: a field the file lacks keeps the host's
-        // value, and the change record measures against the fetch.
-        fetched(client, records.port);
-        PortParmsTables& t = client.session().parmsTables();
-        const auto row = static_cast<std::int16_t>(records.port - 1);
-        for (const auto& [field, value] : records.values)
-            setFieldValue(t.commParms(row), t.dataCollection(row), *field, value);
-        update(client, records.port);
+    QStringList sent, notSent;
+    int status = Done;
+    for (const FileRecords& file : ports) {
+        if (status != Done && status != Usage) { // the host can no longer be asked
+            notSent << QString::number(file.port);
+            continue;
+        }
+        try {
+            fetched(client, file.port);
+            PortParmsTables& t = client.session().parmsTables();
+            const auto row = static_cast<std::int16_t>(file.port - 1);
+            PortRecords records = t.records(row);
+            if (!applyImport(client, file, records)) {
+                status = Usage;
+                notSent << QString::number(file.port);
+                continue;
+            }
+            t.setRecords(row, records);
+            update(client, file.port);
+            sent << QString::number(file.port);
+        } catch (const Ending& ending) {
+            status = ending.status;
+            notSent << QString::number(file.port);
+        }
+    }
+    if (!notSent.isEmpty()) {
+        client.say("Imported port(s): " + toLatin1Bytes(sent.isEmpty() ? QStringLiteral("none") : sent.join(u' '))
+            + "; not sent: " + toLatin1Bytes(notSent.join(u' ')) + ".");
+        return status;
     }
     client.print(QStringLiteral("Imported %1 port(s) from %2").arg(ports.size()).arg(args[0]));
     return Done;

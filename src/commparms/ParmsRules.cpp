@@ -286,6 +286,14 @@ void StripOutgoingHeader_Click(PortCommParms& p, bool ticked)
         *value = -1;
 }
 
+void applyShowRules(PortCommParms& p)
+{
+    if (p.SpecificProtocol != protocol::General)
+        ckPurgeIfInactive_Click(p, false);
+    if (p.StripOutgoingHeader == 0)
+        StripOutgoingHeader_Click(p, false);
+}
+
 CommControlStates commControlStates(const PortCommParms& p)
 {
     return {

@@ -108,6 +108,12 @@ RuleOutcome SpecificProtocols_Click(PortCommParms& p, std::int16_t index, const 
 // 16. Strip outgoing header: cleared, it unticks the EOB box and clears the six values to -1.
 void StripOutgoingHeader_Click(PortCommParms& p, bool ticked);
 
+// The rules that belong to showing a record, run wherever a record is shown or modelled so that
+// what the form shows is what the record holds is what Update sends: a protocol other than
+// General leaves the purge option unticked (rule 15), and a header that is not stripped holds
+// no EOB box and no values (rule 16). The record is corrected in place.
+void applyShowRules(PortCommParms& p);
+
 // 14. A number field (COM port, occurrence counts): its digits as stored, empty as 0, more than
 // 16 bits hold as 32767.
 std::int16_t numberFieldValue(std::string_view digits);

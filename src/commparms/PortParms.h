@@ -103,6 +103,13 @@ inline constexpr std::array<std::string_view, 7> EndOfBlockCaptions = {"CR LF   
 
 // Every port's records, indexed by port number as the main screen's rows number them (from 0),
 // and the installed printers that remote printing falls back on.
+// Both records of one port, as one value.
+struct PortRecords {
+    PortCommParms comm;
+    DataCollectionParms collection;
+    bool operator==(const PortRecords&) const = default;
+};
+
 struct PortParmsTables {
     std::vector<PortCommParms> PortCommParmsTable;
     std::vector<DataCollectionParms> DataCollectionTable;
@@ -113,6 +120,12 @@ struct PortParmsTables {
     // The records of a port; a port with no record raises "Subscript out of range".
     PortCommParms& commParms(std::int16_t port);
     DataCollectionParms& dataCollection(std::int16_t port);
+    PortRecords records(std::int16_t port) { return {commParms(port), dataCollection(port)}; }
+    void setRecords(std::int16_t port, const PortRecords& records)
+    {
+        commParms(port) = records.comm;
+        dataCollection(port) = records.collection;
+    }
 };
 
 } // namespace corvane

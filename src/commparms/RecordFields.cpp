@@ -166,4 +166,34 @@ std::vector<ChangedField> changedFields(
     return changes;
 }
 
+bool keptByTerminalOnly(std::string_view name)
+{
+    for (const auto& spec : NotCarried)
+        if (nameOf(spec.key) == name)
+            return true;
+    return false;
+}
+
+std::string fieldValueText(std::string_view name, const FieldValue& value)
+{
+    if (const auto* number = std::get_if<std::int64_t>(&value)) {
+        const RecordField* field = findRecordField(name);
+        if (field && field->kind == FieldKind::Bool)
+            return *number != 0 ? "True" : "False";
+        return std::to_string(*number);
+    }
+    std::string text = "\"";
+    for (const char c : std::get<std::string>(value)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7f || c == '"' || c == '\\') {
+            static constexpr char Hex[] = "0123456789abcdef";
+            text += c == '"' ? std::string("\\\"") : c == '\\' ? std::string("\\\\")
+                : std::string("\\x") + Hex[byte >> 4] + Hex[byte & 15];
+        } else {
+            text += c;
+        }
+    }
+    return text + "\"";
+}
+
 } // namespace corvane

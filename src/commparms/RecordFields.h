@@ -31,6 +31,11 @@ const RecordField* findRecordField(std::string_view name);
 // A field's stored value: a number for the numeric kinds, a text for texts.
 using FieldValue = std::variant<std::int64_t, std::string>;
 FieldValue fieldValue(const PortCommParms& p, const DataCollectionParms& d, const RecordField& field);
+// A value as a person reads it: a flag as True or False, a number as digits, a text quoted with
+// its control characters spelt out.
+std::string fieldValueText(std::string_view name, const FieldValue& value);
+// Whether a field is one that no packet carries: kept by this terminal only, never sent.
+bool keptByTerminalOnly(std::string_view name);
 // Whether a text can travel in a field: the packet's control characters (SOH, STX, ETX, EOT)
 // would end or split its packet.
 bool travelsIntact(std::string_view text);
@@ -43,6 +48,7 @@ struct ChangedField {
     std::string_view name;
     FieldValue before;
     FieldValue after;
+    std::string_view by = "user"; // "rule" when a rule of showing the record made the change
 };
 std::vector<ChangedField> changedFields(
     const PortCommParms& p0, const DataCollectionParms& d0, const PortCommParms& p1, const DataCollectionParms& d1);

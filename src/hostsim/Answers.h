@@ -22,6 +22,10 @@ struct Faults {
     bool noPacketTextOnConnect = false; // greet a terminal with text that is no packet
     std::size_t bigPacketSize = 0; // answer the first status request with a packet this long
     int dribbleMs = 0; // send one byte every this many ms (0: as fast as the line goes)
+    bool duplicateAck = false; // every update section acknowledged twice, the second a gap later
+    // Acknowledges ahead: an "ACK" before each reply to a fetch section (nothing awaits it), and
+    // one more on an update's first section, as if for the second before it came.
+    bool earlyAck = false;
 };
 
 // What the host remembers of one terminal's connection.

@@ -154,8 +154,15 @@ void HostSimulator::readRequests()
             note(QString::fromStdString(answer.refused));
         if (answer.updateCompleted)
             ++updatesCompleted_;
+        const auto type = requestType(packet);
+        if (faults.earlyAck && type == packet_type::PortParmsRequest && answer.reply)
+            enqueue(ackPacket(), true);
+        const bool acknowledged = type == packet_type::PortParms && answer.reply;
         if (answer.reply)
             reply(std::move(*answer.reply));
+        if (acknowledged
+            && (faults.duplicateAck || (faults.earlyAck && requestField(packet, "SECTION=") == std::string("1"))))
+            enqueue(ackPacket(), false);
         if (answer.versionAnswered && announceMachineTypes && !typesAnnounced_) {
             typesAnnounced_ = true;
             enqueue(machineTypesReply(plant_.machineTypes), false);

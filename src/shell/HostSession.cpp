@@ -58,6 +58,7 @@ HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& 
     , tmrPacketTimeOut(timers.make("tmrPacketTimeOut", 3000))
     , tmrIdleLogoff(timers.make("tmrIdleLogoff", 60000))
     , tmrPacketWait(timers.make("tmrPacketWait", 2000))
+    , tmrAckSettle(timers.make("tmrAckSettle", AckSettleMs))
 {
     clearPortStatus();
     parms_.resize();
@@ -74,6 +75,11 @@ HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& 
     // It only says the wait is over; it goes on ticking, and every wait starts it over.
     connect(tmrPacketWait.get(), &ProgramTimer::timeout, this, [this] {
         PacketWaitExpired = TrueValue;
+        wake();
+    });
+    connect(tmrAckSettle.get(), &ProgramTimer::timeout, this, [this] {
+        tmrAckSettle->stop();
+        AckSettled = TrueValue;
         wake();
     });
     tmrIdleLogoff->start();
@@ -416,116 +422,6 @@ SinglePortMode HostSession::singlePortMode() const
     return {config_.SinglePortModes[host], config_.SingleDNCCommPorts[host]};
 }
 
-HostSession::Reply HostSession::awaitReply(const std::string& request, Bool16& arrived)
-{
-    send(request);
-    PacketWaitExpired = FalseValue;
-    tmrPacketWait->stop();
-    tmrPacketWait->start();
-    arrived = FalseValue;
-    if (!waitUntil([&] { return arrived || PacketWaitExpired; }))
-        return Reply::CalledOff;
-    return arrived ? Reply::Arrived : Reply::Expired;
-}
-
-int HostSession::eachSection(
-    const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired, int& sent)
-{
-    sent = 0;
-    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section) {
-        if (!connected())
-            continue;
-        ++sent;
-        switch (awaitReply(request(section), arrived)) {
-        case Reply::Arrived:
-            continue;
-        case Reply::Expired:
-            ui_.showMessage(std::string(expired));
-            return section;
-        case Reply::CalledOff:
-            return -1;
-        }
-    }
-    return 0;
-}
-
-bool HostSession::FetchCommParms(std::int16_t port)
-{
-    int sent = 0;
-    const int stopped = eachSection([port](std::int16_t section) { return Build_Port_Parms_Request(section, port); },
-        ParmsPacketReceived, message::FetchCommParmsTimeout, sent);
-    // What arrived is what an update will be measured against.
-    if (sent > 0 && port >= 0 && static_cast<std::size_t>(port) < parms_.PortCommParmsTable.size())
-        fetched_[port] = {parms_.commParms(port), parms_.dataCollection(port)};
-    return stopped == 0;
-}
-
-bool HostSession::FetchMachineTypes(std::int16_t displayRow)
-{
-    if (!connected())
-        return true;
-    const Reply reply = awaitReply(Build_Machine_Type_Request(displayRow), ParmsPacketReceived);
-    if (reply == Reply::Expired)
-        ui_.showMessage(std::string(message::FetchMachineTypeTimeout));
-    return reply == Reply::Arrived;
-}
-
-// Each section is built as it goes out, so a change made while an earlier one was awaited goes
-// out with its own section when that is still to come. Every update is written down, whatever
-// becomes of it.
-bool HostSession::UpdateCommParms(std::int16_t port)
-{
-    const auto host = static_cast<std::size_t>(HostIndex);
-    ChangeRecordEntry entry{userName_, config_.HostIPs[host], config_.SocketPorts[host], port + 1, {}, {}, 0, 0};
-    if (const auto before = fetched_.find(port); before != fetched_.end())
-        entry.changes = changedFields(
-            before->second.first, before->second.second, parms_.commParms(port), parms_.dataCollection(port));
-
-    const int stopped = eachSection(
-        [this, port](std::int16_t section) { return Build_Port_Parms_Packet(section, port, parms_) + EOT; },
-        UpdateAckReceived, message::UpdateNoAck, entry.sectionsSent);
-    if (stopped != 0 || entry.sectionsSent < LastParmsSection) {
-        // Where it stopped: the section not acknowledged, the one awaited when the wait was
-        // called off, or the first one the loop passed over once the connection had gone.
-        entry.section = stopped > 0 ? stopped : stopped < 0 ? entry.sectionsSent : entry.sectionsSent + 1;
-        entry.outcome = !connected() ? "connection lost" : stopped > 0 ? "no acknowledgement" : "called off";
-        record(entry);
-        if (stopped != 0)
-            return false;
-    }
-    try {
-        send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
-    } catch (...) {
-        if (entry.outcome.empty()) {
-            entry.outcome = "trailer not sent";
-            record(entry);
-        }
-        throw;
-    }
-    entry.outcome = "complete";
-    record(entry);
-    fetched_[port] = {parms_.commParms(port), parms_.dataCollection(port)}; // what the host now holds
-    return true;
-}
-
-// A change that could not be written down still went out; the failure is said where the
-// program's other faults are.
-void HostSession::record(const ChangeRecordEntry& entry)
-{
-    if (const int error = appendChangeRecord(entry)) {
-        Log_Run_Time_Error(location::ChangeRecord, error);
-        std::fprintf(stderr, "The parameter change could not be recorded in %s: %s\n", changeRecordPath().c_str(),
-            errorDescription(error).c_str());
-    }
-}
-
-void HostSession::RefreshPortStates()
-{
-    IdleMinuteCount = 0;
-    if (connected())
-        awaitReply(Build_Status_Request(), ParmsPacketReceived);
-}
-
 void HostSession::Accumulate_Socket_Data(const std::string& chunk)
 {
     receiver_.accumulate(chunk);
@@ -549,7 +445,7 @@ void HostSession::dispatch(const std::string& chunk)
 
     const std::int16_t type = Get_Packet_Type(packet, [this] { noPacketString(); });
     if (type == packet_type::Ack) {
-        UpdateAckReceived = TrueValue;
+        takeAck();
         return;
     }
     // Read from every packet but an acknowledgement, though nothing routes by it; a packet
@@ -560,7 +456,7 @@ void HostSession::dispatch(const std::string& chunk)
     case packet_type::NoPacket:
         break;
     case packet_type::PortParms:
-        Extract_Port_Parms_Packet(packet, parms_);
+        takeParmsSection(packet);
         break;
     case packet_type::PortStatusReply:
         try {

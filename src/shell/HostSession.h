@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commparms/ParmsFields.h"
 #include "commparms/ParmsLink.h"
 #include "commparms/PortParms.h"
 #include "platform/ProgramTimer.h"
@@ -10,6 +11,8 @@
 #include "shell/SessionUi.h"
 
 #include <QTcpSocket>
+
+#include <bitset>
 
 #include <cstdint>
 #include <functional>
@@ -51,6 +54,10 @@ class HostSession : public QObject, public ParmsLink {
     Q_OBJECT
 
 public:
+    // How long after an update's sixth acknowledgement further ones are looked for before the
+    // trailer goes out: a host that acknowledges twice shows itself within it.
+    static constexpr int AckSettleMs = 250;
+
     HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, QObject* parent = nullptr);
     ~HostSession() override;
 
@@ -76,6 +83,10 @@ public:
     bool portSpinNoticeShown() const override { return PortSpinNoticeShown; }
     void setPortSpinNoticeShown() override { PortSpinNoticeShown = true; }
     bool FetchCommParms(std::int16_t port) override;
+    FetchState fetchState(std::int16_t port) const override;
+    std::vector<ChangedField> showCorrections(std::int16_t port) const override;
+    // The port's records as the host sent them in its last complete fetch; null without one.
+    const PortRecords* received(std::int16_t port) const;
     bool FetchMachineTypes(std::int16_t displayRow) override;
     bool UpdateCommParms(std::int16_t port) override;
     void RefreshPortStates() override;
@@ -124,12 +135,13 @@ private:
     // The editor's waits: the request goes out, tmrPacketWait starts over, and the wait lasts
     // until `arrived` is set by the dispatch or the timer ticks.
     enum class Reply { Arrived, Expired, CalledOff };
-    Reply awaitReply(const std::string& request, Bool16& arrived);
-    // Sections 1-6, each request sent while connected and awaited. 0 when every sent one was
-    // answered; else the section that did not come in time (the user is told `expired`), or -1
-    // when the wait was called off. `sent` counts the requests that went out.
-    int eachSection(
-        const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired, int& sent);
+    Reply awaitReply(const std::string& request, Bool16& arrived, const std::function<bool()>& offScript = {});
+    // The host has acknowledged more sections of the update under way than were sent to it.
+    bool ackSurplus() const { return updating_ && updateAcks_ > updateSectionsSent_; }
+    // After the sixth acknowledgement: a moment for acknowledgements the host still owes nobody.
+    bool settleAcks();
+    void takeParmsSection(const std::string& packet);
+    void takeAck();
     void record(const ChangeRecordEntry& entry);
 
     // The connect sequence, one step per event.
@@ -152,6 +164,7 @@ private:
     std::unique_ptr<ProgramTimer> tmrPacketTimeOut;
     std::unique_ptr<ProgramTimer> tmrIdleLogoff;
     std::unique_ptr<ProgramTimer> tmrPacketWait; // the parameter editor's 2000 ms
+    std::unique_ptr<ProgramTimer> tmrAckSettle; // after an update's last acknowledgement
 
     std::int16_t HostIndex = 1;
     std::int16_t ConnectTickCount = 0;
@@ -173,8 +186,27 @@ private:
 
     PacketReceiver receiver_;
     PortParmsTables parms_;
-    // Each port's records as last fetched (or last saved): what an update changes.
-    std::map<std::int16_t, std::pair<PortCommParms, DataCollectionParms>> fetched_;
+    // Each port's last fetch: the sections that arrived and, when all did, the records as the
+    // host sent them (or as the last update left them): what an update changes.
+    struct PortFetch {
+        std::bitset<LastParmsSection + 1> arrived;
+        bool complete = false;
+        bool uncertain = false;
+        PortRecords host;
+        std::vector<ChangedField> corrections;
+    };
+    std::map<std::int16_t, PortFetch> fetches_;
+    // The section of the fetch under way (0: none) and its port; only that reply is taken in.
+    std::int16_t awaitedSection_ = 0;
+    std::int16_t awaitedPort_ = -1;
+    Bool16 SectionReceived = FalseValue;
+    // The update under way: an acknowledgement ends the wait only while one is awaited; every
+    // one is counted, so that more than were sent sections shows.
+    bool ackAwaited_ = false;
+    bool updating_ = false;
+    int updateSectionsSent_ = 0;
+    int updateAcks_ = 0;
+    Bool16 AckSettled = FalseValue;
     std::string userName_;
     ConnectState connect_ = ConnectState::Idle;
     ConnectFailure failure_ = ConnectFailure::None;

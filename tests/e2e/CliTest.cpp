@@ -1,4 +1,6 @@
 // corvane-remote-cli as scripts run it, against a simulated host in this process.
+#include "commparms/ParmsRules.h"
+#include "commparms/RecordFields.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
 #include "security/FirstStore.h"
@@ -159,16 +161,20 @@ TEST_F(Cli, ExportThenImportPutsThePortsBack)
     plant.host.plant().parms.DataCollectionTable[14].MaxDataSegment = 999;
     ASSERT_EQ(importFile("backup.json"), 0);
     ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 2; }));
-    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2], before.PortCommParmsTable[2]);
+    PortCommParms shown = before.PortCommParmsTable[2];
+    applyShowRules(shown);
+    for (const ChangedField& c : changedFields(plant.host.plant().parms.PortCommParmsTable[2], {}, shown, {}))
+        ADD_FAILURE() << c.name << " differs from the export, with what the rules correct on showing";
     EXPECT_EQ(plant.host.plant().parms.DataCollectionTable[14], before.DataCollectionTable[14]);
 
     // A file with some fields only: the others keep what the host holds.
     plant.folder.write("footer.json", "{\"ports\": [{\"port\": 3, \"PortCommParms\": {\"ConfirmFooter\": \"M02\"}}]}");
     ASSERT_EQ(importFile("footer.json"), 0);
     ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 3; }));
-    PortCommParms expected = before.PortCommParmsTable[2];
+    PortCommParms expected = shown;
     expected.ConfirmFooter = "M02";
-    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2], expected);
+    for (const ChangedField& c : changedFields(plant.host.plant().parms.PortCommParmsTable[2], {}, expected, {}))
+        ADD_FAILURE() << c.name << " is not what the file and the host held";
 
     // A value of the wrong kind, or a text that would end its packet: nothing is sent.
     for (const char* broken : {"{\"ports\": [{\"port\": 3, \"PortCommParms\": {\"Baud\": \"fast\"}}]}",
@@ -177,6 +183,87 @@ TEST_F(Cli, ExportThenImportPutsThePortsBack)
         EXPECT_EQ(importFile("broken.json"), 2) << broken;
     }
     EXPECT_EQ(plant.host.updatesCompleted(), 3) << "nothing sent";
+}
+
+// Import is set-parms for every field that would change: the same refusals, stopping the port
+// they belong to before anything of it is sent, and the same corrections and warnings. An export
+// imports back even where the rules hold a control disabled.
+TEST_F(Cli, ImportGoesThroughTheEditorsRules)
+{
+    PortCommParms& ge = plant.host.plant().parms.PortCommParmsTable[2];
+    ge.SpecificProtocol = protocol::Ge2000;
+    ge.bPurgeIfInactive = TrueValue;
+    ASSERT_EQ(cli(words("export 3 --file") << path("ge.json")).exitCode, 0);
+    const Outcome back = cli({QStringLiteral("import"), path("ge.json")});
+    EXPECT_EQ(back.exitCode, 0) << back.err.toStdString();
+    ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 1; }));
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].bPurgeIfInactive, FalseValue) << "the rules' correction";
+
+    struct Case {
+        const char* file;
+        int status;
+        const char* says;
+        int updates; // in all, after this import
+    } const cases[] = {
+        {R"({"ports": [{"port": 3, "PortCommParms": {"Baud": 99}}, {"port": 15, "PortCommParms": {"ConfirmFooter": "M9"}}]})",
+            2, "port 3: Baud does not take \"99\"", 2},
+        {R"({"ports": [{"port": 15, "PortCommParms": {"EobNullNumber": 300}}]})", 0,
+            "64 is the maximum number of End Of Block Nulls characters.", 3},
+    };
+    for (const Case& c : cases) {
+        plant.folder.write("rules.json", c.file);
+        const Outcome r = cli({QStringLiteral("import"), path("rules.json")});
+        EXPECT_EQ(r.exitCode, c.status) << c.file << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains(QString::fromLatin1(c.says))) << r.err.toStdString();
+        ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == c.updates; }));
+    }
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].Baud, ge.Baud);
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].EobNullNumber, 64);
+}
+
+// Whatever the host pushes between its replies or repeats, the client prints only what the host
+// holds; an update whose acknowledgements outnumber its sections is uncertain: exit 1, no trailer.
+TEST_F(Cli, FetchAndUpdateAgainstPoliteAndHostilePeers)
+{
+    struct Case {
+        const char* name;
+        std::function<void(hostsim::HostSimulator&)> fault;
+        int updateStatus;
+    } const cases[] = {
+        {"polite", {}, 0},
+        {"status pushed every 40 ms", [](auto& h) { h.setPushStatusInterval(40); }, 0},
+        {"every section acknowledged twice", [](auto& h) { h.faults.duplicateAck = true; }, 1},
+        {"acknowledging ahead", [](auto& h) { h.faults.earlyAck = true; }, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        plant.host.faults = {};
+        plant.host.setPushStatusInterval(0);
+        if (c.fault)
+            c.fault(plant.host);
+        const QJsonObject port = json(cli("--json get-parms 9").out).object();
+        const PortParmsTables& held = plant.host.plant().parms;
+        for (const RecordField& field : recordFields()) {
+            const QJsonValue printed
+                = port.value(QLatin1String(field.dataCollection ? "DataCollectionParms" : "PortCommParms"))
+                      .toObject()
+                      .value(QLatin1String(field.name.data(), static_cast<qsizetype>(field.name.size())));
+            if (keptByTerminalOnly(field.name))
+                EXPECT_TRUE(printed.isUndefined()) << field.name << " is no value of the host's";
+            else
+                EXPECT_EQ(printed, jsonOf(fieldValue(held.PortCommParmsTable[8], held.DataCollectionTable[8], field)))
+                    << field.name;
+        }
+        const int trailers = static_cast<int>(hostGot(packet_type::UpdateComplete));
+        const Outcome r = cli("set-parms 9 ConfirmFooter=M48");
+        EXPECT_EQ(r.exitCode, c.updateStatus) << r.err.toStdString();
+        ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); }));
+        EXPECT_EQ(static_cast<int>(hostGot(packet_type::UpdateComplete)), trailers + (c.updateStatus == 0 ? 1 : 0));
+        if (c.updateStatus != 0) {
+            EXPECT_TRUE(r.err.contains(QStringLiteral("uncertain"))) << r.err.toStdString();
+        }
+        plant.host.plant().parms.PortCommParmsTable[8].ConfirmFooter = "M30";
+    }
 }
 
 TEST_F(Cli, ConfigIsTheConfigurationFormsAndItsRules)

@@ -36,6 +36,8 @@ struct ScriptedLink final : ParmsLink {
     std::int16_t selected = 3;
     bool noticeShown = false;
     std::vector<std::int16_t> fetched, updated;
+    FetchState state{true, false, {}};
+    std::vector<ChangedField> corrections;
 
     ScriptedLink()
     {
@@ -56,6 +58,8 @@ struct ScriptedLink final : ParmsLink {
         fetched.push_back(port);
         return true;
     }
+    FetchState fetchState(std::int16_t) const override { return state; }
+    std::vector<ChangedField> showCorrections(std::int16_t) const override { return corrections; }
     bool FetchMachineTypes(std::int16_t) override { return true; }
     bool UpdateCommParms(std::int16_t port) override
     {

@@ -1,4 +1,7 @@
 #include "shell/HostSession.h"
+#include "commparms/ExchangeTexts.h"
+#include "commparms/ParmsRules.h"
+#include "hostsim/HostPackets.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
 #include "runtime/RunTimeError.h"
@@ -107,6 +110,17 @@ public:
     {
         whenHostHas(type, count, [this] { timers.fire("tmrPacketWait"); });
     }
+    // An update looks for late acknowledgements for a moment before its trailer: that moment
+    // ends as soon as the session starts it.
+    void settleWhenAsked()
+    {
+        test::whenReady(
+            [this]() -> bool* {
+                static bool ready = true;
+                return timers["tmrAckSettle"].isActive() ? &ready : nullptr;
+            },
+            [this](bool&) { timers.fire("tmrAckSettle"); });
+    }
 };
 
 // The host the simulator runs (4.12, asking for this terminal's own 1.02) is accepted silently
@@ -174,7 +188,9 @@ TEST_F(Session, WhatTheDispatchLogsAndTraps)
             "", 1, true},
         {"a SECTION= beyond 16 bits drops the packet into the trap",
             "<SOH>PKT_TYPE=120<STX>SECTION=99999<STX>WorkstationName=B<STX><EOT>"_w, "Err = 6 ", 0, false},
-        {"an acknowledgement is not", "<SOH>ACK<EOT>"_w, "", 1, false},
+        {"an acknowledgement nobody awaits is logged, and passed over", "<SOH>ACK<EOT>"_w, "", 2, false},
+        {"a parameter section nobody asked for is logged, not taken in",
+            "<SOH>PKT_TYPE=100<STX>SECTION=1<STX>Port=0<STX>wstat_name=PLANTED<STX><EOT>"_w, "", 1, false},
         {"a known type", "<SOH>PKT_TYPE=301<STX>SECTION=0<STX><EOT>"_w, "", 0, false},
         {"an unknown type", "<SOH>PKT_TYPE=555<STX>SECTION=0<STX><EOT>"_w, "", 1, false},
     };
@@ -193,6 +209,7 @@ TEST_F(Session, WhatTheDispatchLogsAndTraps)
             << c.name;
         EXPECT_EQ(session->portStatus()[0].WorkstationName != before, c.routed) << c.name;
     }
+    EXPECT_EQ(session->parmsTables().PortCommParmsTable[0], PortCommParms{});
 }
 
 TEST_F(Session, AShortStatusReplyUpdatesItsRowsOnly)
@@ -279,16 +296,20 @@ TEST_F(Session, IdleLogOffComesOnTheTickAfterTheLimitAndNeverWithZero)
 TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
 {
     connectAndFill();
+    ASSERT_TRUE(session->FetchCommParms(3));
     session->cmdDisconnect_Click();
     EXPECT_FALSE(session->connected());
     EXPECT_EQ(ui.disconnects, 1);
     EXPECT_EQ(session->portStatus()[0], PortStatusRecord{});
-    // The editor's exchanges send nothing now; only the update's trailer fails, to its caller.
+    // The editor's exchanges send nothing now; only the update's trailer fails, to its caller. A
+    // fetch that could ask for nothing is no fetch: the port is not shown or sent until one is.
     const std::size_t sent = plant->received.size();
     EXPECT_EQ(test::errorNumberRaisedBy([this] { session->UpdateCommParms(3); }), err::SocketBadState);
-    EXPECT_TRUE(session->FetchCommParms(3)) << "sections are skipped, silently";
+    EXPECT_FALSE(session->FetchCommParms(3)) << "sections are skipped, silently";
     EXPECT_EQ(plant->received.size(), sent);
     EXPECT_TRUE(ui.messages.empty());
+    EXPECT_FALSE(session->UpdateCommParms(3));
+    EXPECT_EQ(ui.messages, std::vector<std::string>{notFetchedWhole(4, session->fetchState(3))});
 
     ASSERT_TRUE(waitFor([this] { return !host().hasTerminal(); }));
     connectAndFill();
@@ -314,40 +335,122 @@ TEST_F(Session, ACancelledWaitLeavesLaterWaitsAlone)
     EXPECT_TRUE(session->waitUntil([&] { return flag; }));
 }
 
+// How a host may behave while a port is fetched and sent back: politely, pushing its status
+// between the replies, acknowledging every section twice, or acknowledging ahead.
+enum class Peer { Polite, PushesStatus, DuplicateAcks, EarlyAcks };
+
 // The host's machine types come unasked and when asked for; a change made while a section is
-// awaited goes out with a section still to be built, and not with one already sent.
-TEST_F(Session, FetchThenUpdateRoundTripsChangesIntoTheHostsStore)
+// awaited goes out with a section still to be built, and not with one already sent. Whatever the
+// host pushes in between, the fetch holds exactly what the host holds; an update that gets more
+// acknowledgements than it sent sections is uncertain: no trailer, said, and the port must be
+// fetched again before it can be sent.
+TEST_F(Session, FetchThenUpdateAgainstPoliteAndHostilePeers)
+{
+    for (const Peer peer : {Peer::Polite, Peer::PushesStatus, Peer::DuplicateAcks, Peer::EarlyAcks}) {
+        SCOPED_TRACE(static_cast<int>(peer));
+        start();
+        if (peer == Peer::PushesStatus)
+            QObject::connect(&host(), &HostSimulator::packetReceived, &host(),
+                [this] { host().sendRaw(hostsim::statusReply(host().plant().status)); });
+        host().faults.duplicateAck = peer == Peer::DuplicateAcks;
+        host().faults.earlyAck = peer == Peer::EarlyAcks;
+        connectAndFill();
+        ASSERT_TRUE(waitFor([this] { return !session->machineTypes().empty(); })) << "announced unasked";
+        EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
+
+        const std::int16_t port = 14;
+        ASSERT_TRUE(session->FetchCommParms(port));
+        PortParmsTables& mine = session->parmsTables();
+        EXPECT_EQ(*session->received(port), host().plant().parms.records(port));
+        PortRecords shown = host().plant().parms.records(port);
+        applyShowRules(shown.comm);
+        EXPECT_EQ(mine.records(port), shown);
+        EXPECT_TRUE(session->fetchState(port).complete);
+
+        PortCommParms& record = mine.PortCommParmsTable[port];
+        const std::string name = record.wstat_name;
+        mine.DataCollectionTable[port].MaxDataSegment = 750;
+        whenHostHas(packet_type::PortParms, 1, [&record] {
+            record.wstat_name = "RENAMED"; // section 1, already on its way
+            record.ConfirmFooter = "LATE"; // section 5, not yet built
+        });
+        const bool hostile = peer == Peer::DuplicateAcks || peer == Peer::EarlyAcks;
+        if (!hostile)
+            settleWhenAsked();
+        EXPECT_EQ(session->UpdateCommParms(port), !hostile);
+        if (hostile) {
+            EXPECT_EQ(ui.messages, std::vector<std::string>{updateUncertain(port + 1)});
+            EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u) << "no trailer";
+            EXPECT_TRUE(session->fetchState(port).uncertain);
+            EXPECT_FALSE(session->UpdateCommParms(port)) << "not again before a fetch";
+            EXPECT_EQ(ui.messages.back(), notFetchedWhole(port + 1, session->fetchState(port)));
+            continue;
+        }
+        ASSERT_TRUE(waitFor([this] { return host().updatesCompleted() == 1; }));
+        const auto& theirs = host().plant().parms;
+        EXPECT_EQ(theirs.PortCommParmsTable[port].wstat_name, name);
+        EXPECT_EQ(theirs.PortCommParmsTable[port].ConfirmFooter, "LATE");
+        EXPECT_EQ(theirs.DataCollectionTable[port].MaxDataSegment, 750);
+        EXPECT_TRUE(ui.messages.empty());
+    }
+}
+
+// A fetch that stops short keeps nothing of what it got: the records stand as they were, the
+// missing sections are named, and nothing of the port is sent.
+TEST_F(Session, AFetchCutShortKeepsNothingAndSendsNothing)
 {
     connectAndFill();
-    ASSERT_FALSE(session->machineTypes().empty()) << "announced before the port states";
-    EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
-    ASSERT_TRUE(session->FetchMachineTypes(0));
-
-    const std::int16_t port = 14;
-    ASSERT_TRUE(session->FetchCommParms(port));
-    PortParmsTables& mine = session->parmsTables();
-    EXPECT_EQ(mine.PortCommParmsTable[port], host().plant().parms.PortCommParmsTable[port]);
-    EXPECT_EQ(mine.DataCollectionTable[port], host().plant().parms.DataCollectionTable[port]);
-
-    PortCommParms& record = mine.PortCommParmsTable[port];
-    const std::string name = record.wstat_name;
-    mine.DataCollectionTable[port].MaxDataSegment = 750;
-    whenHostHas(packet_type::PortParms, 1, [&record] {
-        record.wstat_name = "RENAMED"; // section 1, already on its way
-        record.ConfirmFooter = "LATE"; // section 5, not yet built
+    const std::int16_t port = 9;
+    const PortRecords before = session->parmsTables().records(port);
+    QObject::connect(&host(), &HostSimulator::packetReceived, &host(), [this] {
+        if (plant->receivedOfType(packet_type::PortParmsRequest) == 4)
+            host().faults.silent = true;
     });
-    ASSERT_TRUE(session->UpdateCommParms(port));
-    ASSERT_TRUE(waitFor([this] { return host().updatesCompleted() == 1; }));
-    const auto& theirs = host().plant().parms;
-    EXPECT_EQ(theirs.PortCommParmsTable[port].wstat_name, name);
-    EXPECT_EQ(theirs.PortCommParmsTable[port].ConfirmFooter, "LATE");
-    EXPECT_EQ(theirs.DataCollectionTable[port].MaxDataSegment, 750);
-    EXPECT_TRUE(ui.messages.empty());
+    expireWhenHostHas(packet_type::PortParmsRequest, 4);
+    EXPECT_FALSE(session->FetchCommParms(port));
+    EXPECT_EQ(session->parmsTables().records(port), before);
+    EXPECT_EQ(session->fetchState(port).missing, (std::vector<std::int16_t>{4, 5, 6}));
+    EXPECT_TRUE(session->received(port) == nullptr);
+    EXPECT_FALSE(session->UpdateCommParms(port));
+    EXPECT_EQ(ui.messages.back(), notFetchedWhole(port + 1, session->fetchState(port)));
+    EXPECT_EQ(ui.messages.back(),
+        "Nothing was sent: port 10 was not fetched whole (sections 4, 5 and 6 did not arrive). Fetch the port "
+        "again first.");
+    EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 0u);
+}
+
+// Showing a record runs the rules that belong to showing it: what the editor shows is what the
+// record holds is what Update sends, and the corrections are told apart from the host's values.
+TEST_F(Session, TheRulesOfShowingARecordRunOnEveryFetch)
+{
+    connectAndFill();
+    const std::int16_t port = 20;
+    PortCommParms& theirs = host().plant().parms.PortCommParmsTable[port];
+    theirs.SpecificProtocol = protocol::Ge2000;
+    theirs.bPurgeIfInactive = TrueValue;
+    theirs.StripOutgoingHeader = FalseValue;
+    theirs.OutHdrEobVal = 0;
+    for (std::int16_t* value : {&theirs.OutHdrVal1, &theirs.OutHdrVal2, &theirs.OutHdrVal3, &theirs.OutHdrVal4,
+             &theirs.OutHdrVal5, &theirs.OutHdrVal6})
+        *value = -1;
+    theirs.OutHdrVal2 = 13;
+    ASSERT_TRUE(session->FetchCommParms(port));
+    const PortCommParms& mine = session->parmsTables().PortCommParmsTable[port];
+    EXPECT_EQ(mine.bPurgeIfInactive, FalseValue);
+    EXPECT_EQ(mine.OutHdrVal2, -1);
+    EXPECT_EQ(session->received(port)->comm, theirs) << "as the host sent it";
+    std::vector<std::string> corrected;
+    for (const ChangedField& c : session->showCorrections(port)) {
+        corrected.emplace_back(c.name);
+        EXPECT_EQ(c.by, "rule");
+    }
+    EXPECT_EQ(corrected, (std::vector<std::string>{"bPurgeIfInactive", "OutHdrVal2"}));
 }
 
 TEST_F(Session, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
 {
     connectAndFill();
+    ASSERT_TRUE(session->FetchCommParms(3));
     host().faults.ackSectionsUpTo = 2;
     expireWhenHostHas(packet_type::PortParms, 3);
     EXPECT_FALSE(session->UpdateCommParms(3));

@@ -59,6 +59,14 @@ public:
             (*this)[name].fire();
     }
 
+    // One tick of a timer that exists and runs; nothing otherwise.
+    void fireIfRunning(const std::string& name)
+    {
+        const auto found = timers_.find(name);
+        if (found != timers_.end() && found->second && found->second->isActive())
+            found->second->fire();
+    }
+
 private:
     std::map<std::string, QPointer<ManualTimer>> timers_;
 };

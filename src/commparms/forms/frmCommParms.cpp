@@ -1,5 +1,6 @@
 #include "commparms/forms/frmCommParms.h"
 
+#include "commparms/ExchangeTexts.h"
 #include "commparms/ParmsLink.h"
 #include "commparms/forms/CommTabDataCollection.h"
 #include "commparms/forms/CommTabOptions.h"
@@ -16,11 +17,36 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QSignalBlocker>
 
 #include <algorithm>
 
 namespace corvane {
+namespace {
+
+// A control that is disabled while it works hands the keyboard focus on to the next one in
+// the chain, where the next arrow key would change a value the user never aimed at: the focus
+// goes back where it was.
+class KeepFocus {
+public:
+    KeepFocus()
+        : widget_(QApplication::focusWidget())
+    {
+    }
+    ~KeepFocus()
+    {
+        if (widget_ && widget_->isEnabled() && widget_->isVisible())
+            widget_->setFocus(Qt::OtherFocusReason);
+    }
+    KeepFocus(const KeepFocus&) = delete;
+    KeepFocus& operator=(const KeepFocus&) = delete;
+
+private:
+    QPointer<QWidget> widget_;
+};
+
+} // namespace
 
 frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     : QDialog(parent)
@@ -61,6 +87,12 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     });
     connect(ui->PortSpin, &QSpinBox::valueChanged, this, &frmCommParms::PortSpin_Change);
     connect(ui->cmdUpdate, &QPushButton::clicked, this, &frmCommParms::cmdUpdate_Click);
+    connect(ui->cmdFetchAgain, &QPushButton::clicked, this, [this] {
+        const KeepFocus keep;
+        IsSwitchingPort = true;
+        showPort(CurrentPort);
+        IsSwitchingPort = false;
+    });
     connect(ui->cmdExit, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -158,6 +190,7 @@ void frmCommParms::PortSpin_Change(int value)
 {
     if (IsSwitchingPort)
         return;
+    const KeepFocus keep;
     IsSwitchingPort = true;
     ui->PortSpin->setEnabled(false);
     if (!link_.portSpinNoticeShown()) {
@@ -182,7 +215,38 @@ void frmCommParms::showPort(int value)
     ui->lblPending->setVisible(true);
     link_.RefreshPortStates();
     ui->lblPending->setVisible(false);
-    ShowPortParms();
+    showFetchState();
+    if (link_.fetchState(CurrentPort).complete)
+        ShowPortParms();
+}
+
+// Only a port whose six sections all arrived is shown and may be sent; of any other the form
+// says what is missing and shows none of its values.
+void frmCommParms::showFetchState()
+{
+    const FetchState state = link_.fetchState(CurrentPort);
+    ui->CommTab->setVisible(state.complete);
+    for (QWidget* w : std::initializer_list<QWidget*>{ui->WorkstationName, ui->txtCommPort, ui->cboMachineTypes})
+        w->setEnabled(state.complete);
+    ui->cmdUpdate->setEnabled(state.complete);
+    ui->lblFetchState->setVisible(!state.complete);
+    ui->cmdFetchAgain->setVisible(!state.complete);
+    if (!state.complete) {
+        ui->WorkstationName->clear();
+        ui->txtCommPort->clear();
+        const QSignalBlocker quiet(ui->cboMachineTypes);
+        ui->cboMachineTypes->setCurrentIndex(-1);
+        ui->lblFetchState->setText(fromLatin1Bytes(fetchStateText(state)));
+    }
+    QStringList corrected;
+    for (const ChangedField& c : link_.showCorrections(CurrentPort))
+        corrected << fromLatin1Bytes(std::string(c.name) + " " + fieldValueText(c.name, c.before) + " -> "
+            + fieldValueText(c.name, c.after));
+    ui->lblShowCorrections->setVisible(state.complete && !corrected.isEmpty());
+    ui->lblShowCorrections->setText(
+        QStringLiteral("Corrected on showing, by the rules of this port's settings (the host holds the first "
+                       "value until Update sends the second): ")
+        + corrected.join(QStringLiteral("; ")));
 }
 
 void frmCommParms::ShowPortParms()
@@ -257,13 +321,16 @@ void frmCommParms::tell(const RuleMessage& message)
 // update cannot start inside the first. The trailer's failure on a closed socket is trapped.
 void frmCommParms::cmdUpdate_Click()
 {
-    ui->cmdUpdate->setEnabled(false);
-    ui->PortSpin->setEnabled(false);
     link_.resetIdleCount();
     const std::int16_t port = CurrentPort;
-    runTrapped(location::CommParmsUpdate, [&] { link_.UpdateCommParms(port); });
-    ui->PortSpin->setEnabled(true);
-    ui->cmdUpdate->setEnabled(true);
+    {
+        const KeepFocus keep;
+        ui->cmdUpdate->setEnabled(false);
+        ui->PortSpin->setEnabled(false);
+        runTrapped(location::CommParmsUpdate, [&] { link_.UpdateCommParms(port); });
+        ui->PortSpin->setEnabled(true);
+        showFetchState();
+    }
 }
 
 } // namespace corvane

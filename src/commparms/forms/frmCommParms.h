@@ -58,6 +58,7 @@ private:
     void PortSpin_Change(int value);
     void showPort(int value);
     void ShowPortParms();
+    void showFetchState();
     void SetDataValues();
     void Match_cboMachineTypesIndex();
     void showStates();
