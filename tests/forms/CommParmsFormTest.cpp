@@ -205,6 +205,51 @@ TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)
     EXPECT_TRUE(find<QPushButton>("cmdUpdate").isEnabled());
 }
 
+// The arrow key that moved to another port leaves the keyboard on the spinner, and so does an
+// update: the next key moves the port again, and never changes the machine type.
+TEST_F(CommParmsForm, KeysStayWhereTheUserAimedThem)
+{
+    open();
+    QApplication::setActiveWindow(form.get());
+    auto& spin = find<QSpinBox>("PortSpin");
+    spin.setFocus();
+    for (const int key : {Qt::Key_Up, Qt::Key_Down}) {
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+        EXPECT_TRUE(spin.isAncestorOf(QApplication::focusWidget()) || QApplication::focusWidget() == &spin);
+    }
+    EXPECT_EQ(link.fetched, (std::vector<std::int16_t>{3, 4, 3}));
+    auto& update = find<QPushButton>("cmdUpdate");
+    update.setFocus();
+    update.click();
+    EXPECT_EQ(QApplication::focusWidget(), &update);
+    const std::int16_t type = shown().Machine_Unique_Id;
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(shown().Machine_Unique_Id, type);
+}
+
+// A port not fetched whole, or whose last update is uncertain, shows none of its values and
+// cannot be sent; a correction that the rules made on showing a record is marked.
+TEST_F(CommParmsForm, OnlyAWholeFetchIsShownAndCorrectionsAreMarked)
+{
+    link.tables.PortCommParmsTable[3].wstat_name = "LATHE 04";
+    link.state = {false, false, {5, 6}};
+    open();
+    EXPECT_FALSE(find<QTabWidget>("CommTab").isVisible());
+    EXPECT_FALSE(find<QPushButton>("cmdUpdate").isEnabled());
+    EXPECT_TRUE(find<QLineEdit>("WorkstationName").text().isEmpty());
+    EXPECT_TRUE(find<QLabel>("lblFetchState").text().contains(QStringLiteral("sections 5 and 6 missing")));
+
+    link.state = {true, false, {}};
+    link.corrections = {{"bPurgeIfInactive", std::int64_t{-1}, std::int64_t{0}, "rule"}};
+    find<QPushButton>("cmdFetchAgain").click();
+    EXPECT_EQ(link.fetched, (std::vector<std::int16_t>{3, 3}));
+    EXPECT_TRUE(find<QTabWidget>("CommTab").isVisible());
+    EXPECT_TRUE(find<QPushButton>("cmdUpdate").isEnabled());
+    EXPECT_EQ(find<QLineEdit>("WorkstationName").text(), QStringLiteral("LATHE 04"));
+    EXPECT_FALSE(find<QLabel>("lblFetchState").isVisible());
+    EXPECT_TRUE(find<QLabel>("lblShowCorrections").text().contains(QStringLiteral("bPurgeIfInactive True -> False")));
+}
+
 TEST_F(CommParmsForm, TheNoWaitReadNoticeComesWhenTicked)
 {
     open();
