@@ -61,7 +61,8 @@ QString helpText(const QString& command = {});
 // terminal. Every message the desktop shows in a box goes to standard error, word for word.
 class Client : private SessionUi, private AccessUi, private LoginUi {
 public:
-    explicit Client(Options options);
+    // `osUser`: the operating-system account running the client, for the record of changes.
+    Client(Options options, std::string osUser);
     ~Client() override;
 
     // Runs the command; the exit status.
@@ -88,13 +89,16 @@ public:
     bool loggedOff() const { return loggedOff_; }
     // Waits until `done` holds, the session's events waking the wait; false after `limitMs`.
     bool waitFor(const std::function<bool()>& done, int limitMs);
+    // A change made on this computer (users, configuration), recorded in the client's name.
+    void recordLocalChange(std::string_view kind, std::vector<RecordedField> fields);
     // What was sent goes out before the client ends.
     void drain();
     // A port as the grid shows it (1-128) from an argument; ends with 2 when it is none.
     std::int16_t portArgument(const QString& text) const;
 
     void say(const std::string& text) const; // standard error, CR LF as new lines
-    void print(const QString& text) const; // standard output, one line
+    // Standard output, one line; a write that fails ends the client with 6.
+    void print(const QString& text) const;
     void printJson(const QJsonValue& value, bool indented = false) const;
     [[noreturn]] static void end(int status) { throw Ending{status}; }
 
@@ -115,6 +119,7 @@ private:
     void showChangeUser(LoginValues& values) override;
 
     Options options_;
+    std::string osUser_;
     std::unique_ptr<Registry> registry_;
     HostConfiguration config_;
     UserStore store_;

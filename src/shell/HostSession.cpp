@@ -17,7 +17,6 @@
 #include <QEventLoop>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace corvane {
 namespace {
@@ -381,8 +380,12 @@ void HostSession::cmdPurgeAndReset_Click()
         return;
     }
     constexpr std::int16_t No = 7;
-    if (ui_.askYesNo(message::purgeQuestion()) != No && connected())
+    if (ui_.askYesNo(message::purgeQuestion()) != No && connected()) {
         send(Build_Purge_Reset_Request(SelectedPortRow));
+        ChangeRecordEntry entry = changeEntry(change_kind::Purge, SelectedPortRow + 1);
+        entry.outcome = change_outcome::Sent; // the host answers a purge with nothing
+        record(entry);
+    }
 }
 
 bool HostSession::cmdCommParms_Click(const std::function<bool()>& checkAccess)
@@ -475,20 +478,23 @@ bool HostSession::FetchMachineTypes(std::int16_t displayRow)
 // becomes of it.
 bool HostSession::UpdateCommParms(std::int16_t port)
 {
-    const auto host = static_cast<std::size_t>(HostIndex);
-    ChangeRecordEntry entry{userName_, config_.HostIPs[host], config_.SocketPorts[host], port + 1, {}, {}, 0, 0};
+    ChangeRecordEntry entry = changeEntry(change_kind::Update, port + 1);
     if (const auto before = fetched_.find(port); before != fetched_.end())
-        entry.changes = changedFields(
-            before->second.first, before->second.second, parms_.commParms(port), parms_.dataCollection(port));
+        entry.fields = recordedFields(changedFields(
+            before->second.first, before->second.second, parms_.commParms(port), parms_.dataCollection(port)));
 
     const int stopped = eachSection(
         [this, port](std::int16_t section) { return Build_Port_Parms_Packet(section, port, parms_) + EOT; },
         UpdateAckReceived, message::UpdateNoAck, entry.sectionsSent);
     if (stopped != 0 || entry.sectionsSent < LastParmsSection) {
         // Where it stopped: the section not acknowledged, the one awaited when the wait was
-        // called off, or the first one the loop passed over once the connection had gone.
+        // called off, or the first one the loop passed over once the connection had gone. A wait
+        // called off is the program ending, whatever became of the socket on the way out.
         entry.section = stopped > 0 ? stopped : stopped < 0 ? entry.sectionsSent : entry.sectionsSent + 1;
-        entry.outcome = !connected() ? "connection lost" : stopped > 0 ? "no acknowledgement" : "called off";
+        if (stopped < 0)
+            entry.outcome = change_outcome::Interrupted;
+        else
+            entry.outcome = connected() ? change_outcome::NoAck : change_outcome::ConnectionLost;
         record(entry);
         if (stopped != 0)
             return false;
@@ -497,26 +503,28 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
     } catch (...) {
         if (entry.outcome.empty()) {
-            entry.outcome = "trailer not sent";
+            entry.outcome = change_outcome::ConnectionLost; // six acknowledged, the trailer never went
             record(entry);
         }
         throw;
     }
-    entry.outcome = "complete";
+    entry.outcome = change_outcome::Sent;
     record(entry);
     fetched_[port] = {parms_.commParms(port), parms_.dataCollection(port)}; // what the host now holds
     return true;
+}
+
+ChangeRecordEntry HostSession::changeEntry(std::string_view kind, int port) const
+{
+    const auto host = static_cast<std::size_t>(HostIndex);
+    return {kind, actor_, config_.HostIPs[host], config_.SocketPorts[host], port, {}, {}, {}, 0};
 }
 
 // A change that could not be written down still went out; the failure is said where the
 // program's other faults are.
 void HostSession::record(const ChangeRecordEntry& entry)
 {
-    if (const int error = appendChangeRecord(entry)) {
-        Log_Run_Time_Error(location::ChangeRecord, error);
-        std::fprintf(stderr, "The parameter change could not be recorded in %s: %s\n", changeRecordPath().c_str(),
-            errorDescription(error).c_str());
-    }
+    recordChange(entry);
 }
 
 void HostSession::RefreshPortStates()

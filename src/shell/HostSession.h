@@ -64,8 +64,17 @@ public:
     bool cmdCommParms_Click(const std::function<bool()>& checkAccess);
     // The grid's current row changed.
     void rowChanged(int row);
-    // Who is logged in, for the record of parameter changes.
-    void setUserName(std::string name) { userName_ = std::move(name); }
+    // Who makes the changes the record names: the program and the account running it, the
+    // logged-in user, and a temporary user who authorised what is under way (empty: the logged-in
+    // user's own rights did).
+    void setOrigin(std::string via, std::string osUser)
+    {
+        actor_.via = std::move(via);
+        actor_.osUser = std::move(osUser);
+    }
+    void setUserName(std::string name) { actor_.user = std::move(name); }
+    void setAuthorisedBy(std::string name) { actor_.authorisedBy = std::move(name); }
+    const ChangeActor& changeActor() const { return actor_; }
 
     // ParmsLink: what the parameter editor asks of the session.
     PortParmsTables& parmsTables() override { return parms_; }
@@ -130,6 +139,7 @@ private:
     // when the wait was called off. `sent` counts the requests that went out.
     int eachSection(
         const std::function<std::string(std::int16_t)>& request, Bool16& arrived, std::string_view expired, int& sent);
+    ChangeRecordEntry changeEntry(std::string_view kind, int port) const;
     void record(const ChangeRecordEntry& entry);
 
     // The connect sequence, one step per event.
@@ -175,7 +185,7 @@ private:
     PortParmsTables parms_;
     // Each port's records as last fetched (or last saved): what an update changes.
     std::map<std::int16_t, std::pair<PortCommParms, DataCollectionParms>> fetched_;
-    std::string userName_;
+    ChangeActor actor_;
     ConnectState connect_ = ConnectState::Idle;
     ConnectFailure failure_ = ConnectFailure::None;
     bool socketError_ = false;
