@@ -177,7 +177,7 @@ QString helpText(const QString& command)
         "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
         "error or refused value; 3 could not connect, or the connection ended; 4 host version refused;\n"
         "5 access refused or log-in failed; 6 a run-time error ended it (its number is said and logged), or\n"
-        "its output could not be written.\n");
+        "a file could not be written; 128 + N: signal N (SIGINT, SIGTERM, SIGHUP) ended it in order.\n");
     return text;
 }
 
@@ -202,7 +202,21 @@ HostSession& Client::session()
     return *session_;
 }
 
+// Whatever a stopping signal interrupted has finished its books (an update its line of the
+// record) by the time the command returns.
 int Client::run()
+{
+    stops_ = std::make_unique<StopSignals>([this] {
+        if (session_)
+            session_->cancelWaits();
+    });
+    const int status = runCommand();
+    const int signal = stopSignal();
+    stops_.reset();
+    return signal ? 128 + signal : status;
+}
+
+int Client::runCommand()
 {
     try {
         if (options_.command == QLatin1String("help")) {
@@ -292,9 +306,11 @@ void Client::connect()
     HostSession& s = session();
     s.cboHostName_Click(n);
     s.Command1_Click(config_.HostIPs[i]);
-    s.waitUntil([&s] {
-        return s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion;
+    s.waitUntil([this, &s] {
+        return stopSignal() != 0
+            || (s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion);
     });
+    endIfStopped();
     switch (s.connectFailure()) {
     case ConnectFailure::None:
         if (!s.connected())
@@ -331,8 +347,15 @@ bool Client::waitFor(const std::function<bool()>& done, int limitMs)
         session().cancelWaits();
     });
     limit.start(limitMs);
-    session().waitUntil([&] { return done() || expired; });
+    session().waitUntil([&] { return done() || expired || stopSignal() != 0; });
+    endIfStopped();
     return done();
+}
+
+void Client::endIfStopped() const
+{
+    if (const int signal = stopSignal())
+        end(128 + signal);
 }
 
 void Client::recordLocalChange(std::string_view kind, std::vector<RecordedField> fields)

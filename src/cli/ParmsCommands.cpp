@@ -58,11 +58,13 @@ void printRecords(Client& client, std::int16_t port)
     }
 }
 
-// What became of an exchange with the host: a connection that went ends with 3 (a fetch passes
-// over the sections it can no longer ask for), a host that did not answer in time with 1 (its
-// message already said).
+// What became of an exchange with the host: a stopping signal ends with 128 + it (an update's
+// line of the record already written), a connection that went with 3 (a fetch passes over the
+// sections it can no longer ask for), a host that did not answer in time with 1 (its message
+// already said).
 void exchanged(Client& client, bool answered, std::int16_t port)
 {
+    client.endIfStopped();
     if (!client.session().connected() && !answered) {
         client.say("The connection to the host ended before port " + std::to_string(port) + " was done.");
         Client::end(NoConnection);
@@ -363,12 +365,15 @@ int history(Client& client)
             filter.port = client.portArgument(a);
     }
     const ChangeRecordScan scan = scanChangeRecord(filter, [&client](const QJsonObject& entry) {
+        if (client.stopSignal())
+            return false;
         if (client.options().json)
             client.printJson(entry);
         else
             client.print(historyLine(entry));
         return true;
     });
+    client.endIfStopped();
     if (scan.passedOver > 0)
         client.say("corvane-remote-cli: " + std::to_string(scan.passedOver) + " line(s) of " + changeRecordPath()
             + " passed over: damaged, or longer than " + std::to_string(MaxChangeRecordLine) + " bytes.");

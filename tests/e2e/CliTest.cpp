@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <tuple>
@@ -418,6 +419,43 @@ TEST_F(Cli, HistoryFiltersAndShowsEveryValueOnItsOwnLine)
     const Outcome folder = cli("history");
     EXPECT_EQ(folder.exitCode, 6);
     EXPECT_TRUE(folder.err.contains(QStringLiteral("not a regular file"))) << folder.err.toStdString();
+}
+
+// A stopping signal in the middle of a command: it finishes its books and exits 128 + the
+// signal. An update that waited for section 3's acknowledgement says so in its one line.
+TEST_F(Cli, ASignalEndsTheCommandInOrder)
+{
+    struct Case {
+        const char* line;
+        int signal;
+        std::int16_t when; // the host has received this many packets of `type`
+        std::int16_t type;
+    } const cases[] = {
+        {"set-parms 3 ConfirmHeader=%C", SIGTERM, 3, packet_type::PortParms},
+        {"watch --interval 60", SIGINT, 1, packet_type::StatusRequest},
+        {"set-parms 3 ConfirmHeader=%D", SIGHUP, 1, packet_type::PortParmsRequest},
+    };
+    plant.host.faults.ackSectionsUpTo = 2;
+    for (const auto& c : cases) {
+        plant.received.clear();
+        const Outcome r = run(QStringLiteral(CORVANE_REMOTE_CLI_EXE), words(c.line), {}, {}, [&](QProcess& process) {
+            const qint64 pid = process.processId();
+            auto sent = std::make_shared<bool>(false);
+            QObject::connect(&plant.host, &hostsim::HostSimulator::packetReceived, &process, [this, c, pid, sent] {
+                if (!*sent && hostGot(c.type) >= static_cast<std::size_t>(c.when)) {
+                    *sent = true;
+                    ::kill(static_cast<pid_t>(pid), c.signal);
+                }
+            });
+        });
+        EXPECT_EQ(r.exitCode, 128 + c.signal) << c.line << ": " << r.err.toStdString();
+    }
+    const std::vector<QJsonObject> record = test::changeRecordLines();
+    ASSERT_EQ(record.size(), 1u) << "the fetch called off sent nothing";
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("interrupted"));
+    EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
+    EXPECT_EQ(record[0].value(QStringLiteral("sectionsSent")).toInt(), 3);
+    EXPECT_EQ(hostGot(packet_type::UpdateComplete), 0u);
 }
 
 } // namespace
