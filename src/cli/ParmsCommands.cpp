@@ -6,6 +6,7 @@
 #include "commparms/RecordFields.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
+#include "runtime/WholeFile.h"
 #include "shell/ChangeRecord.h"
 #include "shell/GridRules.h"
 
@@ -297,6 +298,10 @@ int exportParms(Client& client)
     std::vector<std::int16_t> ports;
     for (const QString& a : args)
         ports.push_back(client.portArgument(a));
+    // Refused before the host is asked for anything: FILE is a link, a folder, a device.
+    const std::string file = QFile::encodeName(path).toStdString();
+    if (const std::string refusal = wholeFileRefusal(file); !refusal.empty())
+        throw UsageError{QStringLiteral("cannot write %1: %2").arg(path, QString::fromStdString(refusal))};
     editorSession(client);
     QJsonArray exported;
     for (const std::int16_t port : ports) {
@@ -308,12 +313,14 @@ int exportParms(Client& client)
         {QStringLiteral("hostPort"), client.configuration().SocketPorts[host]},
         {QStringLiteral("exported"), QDateTime::currentDateTime().toString(Qt::ISODate)},
         {QStringLiteral("ports"), exported}};
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        || file.write(QJsonDocument(document).toJson(QJsonDocument::Indented)) < 0) {
+    // Whole or not at all: a reader of FILE finds the old export or the new one.
+    const QByteArray bytes = QJsonDocument(document).toJson(QJsonDocument::Indented);
+    if (const std::string error
+        = writeWholeFile(file, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+        !error.empty()) {
         client.say(
-            "corvane-remote-cli: cannot write " + toLatin1Bytes(path) + ": " + toLatin1Bytes(file.errorString()));
-        return Usage;
+            "corvane-remote-cli: cannot write " + toLatin1Bytes(path) + ": " + error + ". The file is as it was.");
+        return RunTimeFault;
     }
     client.print(QStringLiteral("Exported %1 port(s) to %2").arg(ports.size()).arg(path));
     return Done;

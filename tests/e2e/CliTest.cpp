@@ -458,5 +458,50 @@ TEST_F(Cli, ASignalEndsTheCommandInOrder)
     EXPECT_EQ(hostGot(packet_type::UpdateComplete), 0u);
 }
 
+// The export is written beside FILE and put in its place whole: a write the disk cuts short (a
+// file-size limit, which root too is held to) leaves the old file as it was, and a link at FILE
+// is refused before anything is fetched.
+TEST_F(Cli, ExportPutsTheFileInPlaceWholeOrNotAtAll)
+{
+    namespace fs = std::filesystem;
+    fs::create_directory(plant.folder.file("exports"));
+    plant.folder.write("exports/ports.json", "old");
+    fs::permissions(plant.folder.file("exports/ports.json"), fs::perms(0640));
+    const QString file = path("exports/ports.json");
+    const auto exportsHolds = [this] {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(plant.folder.file("exports")))
+            names.push_back(entry.path().filename().string());
+        return names;
+    };
+
+    const Outcome cut = run(QStringLiteral("bash"),
+        {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\""),
+            QStringLiteral(CORVANE_REMOTE_CLI_EXE), QStringLiteral("export"), QStringLiteral("3"), QStringLiteral("15"),
+            QStringLiteral("--file"), file});
+    EXPECT_EQ(cut.exitCode, 6) << cut.err.toStdString();
+    EXPECT_TRUE(cut.err.contains(QStringLiteral("File too large"))) << cut.err.toStdString();
+    EXPECT_EQ(plant.folder.read("exports/ports.json"), "old");
+    EXPECT_EQ(exportsHolds(), std::vector<std::string>{"ports.json"});
+
+    ASSERT_EQ(cli(words("export 3 --file") << file).exitCode, 0);
+    EXPECT_EQ(json(QString::fromStdString(plant.folder.read("exports/ports.json")))
+                  .object()
+                  .value(QStringLiteral("ports"))
+                  .toArray()
+                  .size(),
+        1);
+    EXPECT_EQ(fs::status(plant.folder.file("exports/ports.json")).permissions(), fs::perms(0640));
+    EXPECT_EQ(exportsHolds(), std::vector<std::string>{"ports.json"});
+
+    fs::create_symlink(plant.folder.file("exports/ports.json"), plant.folder.file("exports/link.json"));
+    const std::size_t asked = hostGot(packet_type::PortParmsRequest);
+    const Outcome linked = cli(words("export 3 --file") << path("exports/link.json"));
+    EXPECT_EQ(linked.exitCode, 2);
+    EXPECT_TRUE(linked.err.contains(QStringLiteral("symbolic link"))) << linked.err.toStdString();
+    EXPECT_TRUE(fs::is_symlink(fs::symlink_status(plant.folder.file("exports/link.json"))));
+    EXPECT_EQ(hostGot(packet_type::PortParmsRequest), asked);
+}
+
 } // namespace
 } // namespace corvane
