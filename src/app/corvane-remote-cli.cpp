@@ -1,4 +1,5 @@
 // The terminal for scripts: corvane-remote-cli status
+#include "app/OsUser.h"
 #include "cli/Cli.h"
 #include "runtime/ProgramFolder.h"
 
@@ -12,7 +13,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
     corvane::setExecutableFolder(QCoreApplication::applicationDirPath().toStdString());
     try {
-        corvane::cli::Client client(corvane::cli::parseOptions(QCoreApplication::arguments()));
+        corvane::cli::Client client(corvane::cli::parseOptions(QCoreApplication::arguments()), corvane::osUserName());
         return client.run();
     } catch (const corvane::cli::UsageError& e) {
         std::fprintf(stderr, "corvane-remote-cli: %s\nTry 'corvane-remote-cli --help'.\n", qPrintable(e.what));

@@ -1,6 +1,7 @@
 // The desktop terminal.
 #include "app/Demo.h"
 #include "app/DesktopProgram.h"
+#include "app/OsUser.h"
 #include "app/ProgramOptions.h"
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
@@ -113,7 +114,7 @@ int main(int argc, char** argv)
     GenMsgBoxes boxes([](int exitStatus) { QCoreApplication::exit(exitStatus); });
     QtTimers timers;
     SystemDesktop desktop;
-    Services services{*registry, boxes, timers, desktop};
+    Services services{*registry, boxes, timers, desktop, osUserName()};
     DesktopProgram program(options, services);
     QObject::connect(
         &program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });

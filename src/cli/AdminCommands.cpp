@@ -6,6 +6,7 @@
 #include "runtime/Text.h"
 #include "security/FirstStore.h"
 #include "security/UserAdmin.h"
+#include "shell/ChangeRecord.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/SessionMessages.h"
 
@@ -28,9 +29,9 @@ std::optional<QString> takeOption(QStringList& args, const QString& option)
     return value;
 }
 
-void saveConfiguration(Client& client)
+void saveSettings(Client& client)
 {
-    if (!client.configuration().save()) {
+    if (!saveConfiguration(client.configuration(), client.session().changeActor())) {
         client.say(message::insufficientRights());
         Client::end(AccessRefused);
     }
@@ -94,7 +95,7 @@ int configSetHost(Client& client, QStringList args)
             client.say("The socket port reads " + change.text + ", as the configuration form corrects it.");
         c.SocketPorts[i] = std::stoi(change.text);
     }
-    saveConfiguration(client);
+    saveSettings(client);
     return Done;
 }
 
@@ -107,7 +108,7 @@ int configSetIdle(Client& client, const QStringList& args)
     if (change.text != typed)
         client.say("The idle minutes read " + change.text + ", as the configuration form corrects them.");
     client.configuration().IdleMinutes = static_cast<std::int16_t>(std::stoi(change.text));
-    saveConfiguration(client);
+    saveSettings(client);
     return Done;
 }
 
@@ -117,10 +118,7 @@ std::size_t rightsRow(const RightsList& rights, const QString& right)
 {
     for (std::size_t row = 0; row < rights.rows.size(); ++row) {
         const RightsEntry& entry = rights.rows[row];
-        std::string shortName = upperCase(entry.Description.substr(0, entry.Description.find(" (")));
-        for (char& c : shortName)
-            c = c == ' ' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        if (right == QString::number(entry.RightIndex) || right.toLower() == QString::fromStdString(shortName))
+        if (right == QString::number(entry.RightIndex) || right.toLower() == fromLatin1Bytes(rightShortName(entry)))
             return row;
     }
     throw UsageError{QStringLiteral("\"%1\" is no right of this program's list").arg(right)};
@@ -147,11 +145,15 @@ std::int16_t userNamed(Client& client, const QString& name)
     throw UsageError{QStringLiteral("there is no user %1").arg(name)};
 }
 
+// Written to the store, then recorded: an entry without a name is a free one, so an add.
 void saveUser(Client& client, std::int16_t index, const std::string& name, const std::string& password,
     const std::vector<bool>& checked)
 {
+    const UserEntry& entry = client.users().user(index);
+    const std::optional<UserEntry> before = entry.UserName.empty() ? std::nullopt : std::optional(entry);
     UpdateUserInfo(client.users(), index, name, password, client.rights(), checked);
     client.users().Save_User_Record(index);
+    client.recordLocalChange(change_kind::UserAdmin, userFields(before, entry, client.rights()));
 }
 
 int usersList(Client& client)
@@ -267,8 +269,10 @@ int usersDelete(Client& client, const QStringList& args)
         client.say("Nobody was deleted: answer Yes with --yes.");
         return Usage;
     }
+    const UserEntry before = user;
     user.UserName.clear();
     client.users().Save_User_Record(index);
+    client.recordLocalChange(change_kind::UserAdmin, userFields(before, std::nullopt, client.rights()));
     return Done;
 }
 

@@ -16,7 +16,9 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace corvane::cli {
 namespace {
@@ -52,7 +54,10 @@ constexpr Command Commands[] = {
     {"export", exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"},
     {"import", importParms, "import FILE [PORT...]",
         "send the records in FILE to their ports (each through the update exchange)"},
-    {"history", history, "history [PORT]", "the record of parameter changes sent to hosts, oldest first"},
+    {"history", history, "history [PORT] [--user NAME] [--since TIME] [--until TIME]",
+        "the record of changes (parameters, purges, users, configuration), oldest first;\n"
+        "those of one port, of a user (logged in or authorising), from or up to a time\n"
+        "(ISO 8601: 2026-11-15, 2026-11-15T08:30, ...; a date alone is the whole day)"},
     {"config", config,
         "config show\n"
         "config set-host N [--name T] [--address A] [--socket-port P]\n"
@@ -171,12 +176,14 @@ QString helpText(const QString& command)
         "short name (all, comm-parameters). Without --user the start-up log-in applies, asking nothing.\n\n"
         "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
         "error or refused value; 3 could not connect, or the connection ended; 4 host version refused;\n"
-        "5 access refused or log-in failed; 6 a run-time error ended it (its number is said and logged).\n");
+        "5 access refused or log-in failed; 6 a run-time error ended it (its number is said and logged), or\n"
+        "a file could not be written; 128 + N: signal N (SIGINT, SIGTERM, SIGHUP) ended it in order.\n");
     return text;
 }
 
-Client::Client(Options options)
+Client::Client(Options options, std::string osUser)
     : options_(std::move(options))
+    , osUser_(std::move(osUser))
     , registry_(openSystemRegistry())
     , config_(*registry_)
 {
@@ -190,11 +197,26 @@ HostSession& Client::session()
     if (!session_) {
         SessionUi& ui = *this;
         session_ = std::make_unique<HostSession>(config_, ui, timers_);
+        session_->setOrigin("cli", osUser_);
     }
     return *session_;
 }
 
+// Whatever a stopping signal interrupted has finished its books (an update its line of the
+// record) by the time the command returns.
 int Client::run()
+{
+    stops_ = std::make_unique<StopSignals>([this] {
+        if (session_)
+            session_->cancelWaits();
+    });
+    const int status = runCommand();
+    const int signal = stopSignal();
+    stops_.reset();
+    return signal ? 128 + signal : status;
+}
+
+int Client::runCommand()
 {
     try {
         if (options_.command == QLatin1String("help")) {
@@ -284,9 +306,11 @@ void Client::connect()
     HostSession& s = session();
     s.cboHostName_Click(n);
     s.Command1_Click(config_.HostIPs[i]);
-    s.waitUntil([&s] {
-        return s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion;
+    s.waitUntil([this, &s] {
+        return stopSignal() != 0
+            || (s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion);
     });
+    endIfStopped();
     switch (s.connectFailure()) {
     case ConnectFailure::None:
         if (!s.connected())
@@ -323,8 +347,20 @@ bool Client::waitFor(const std::function<bool()>& done, int limitMs)
         session().cancelWaits();
     });
     limit.start(limitMs);
-    session().waitUntil([&] { return done() || expired; });
+    session().waitUntil([&] { return done() || expired || stopSignal() != 0; });
+    endIfStopped();
     return done();
+}
+
+void Client::endIfStopped() const
+{
+    if (const int signal = stopSignal())
+        end(128 + signal);
+}
+
+void Client::recordLocalChange(std::string_view kind, std::vector<RecordedField> fields)
+{
+    corvane::recordLocalChange(kind, session().changeActor(), std::move(fields));
 }
 
 void Client::drain()
@@ -346,19 +382,33 @@ void Client::say(const std::string& text) const
     std::fflush(stderr);
 }
 
+namespace {
+
+void writeOut(QByteArray bytes)
+{
+    if (!bytes.endsWith('\n'))
+        bytes.append('\n');
+    errno = 0;
+    if (std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout)
+            != static_cast<std::size_t>(bytes.size())
+        || std::fflush(stdout) != 0) {
+        std::fprintf(stderr, "corvane-remote-cli: cannot write to standard output: %s\n", std::strerror(errno));
+        Client::end(RunTimeFault);
+    }
+}
+
+} // namespace
+
 void Client::print(const QString& text) const
 {
-    std::fprintf(stdout, "%s\n", qPrintable(text));
-    std::fflush(stdout);
+    writeOut(text.toLocal8Bit());
 }
 
 void Client::printJson(const QJsonValue& value, bool indented) const
 {
     const auto format = indented ? QJsonDocument::Indented : QJsonDocument::Compact;
-    const QByteArray text = value.isArray() ? QJsonDocument(value.toArray()).toJson(format)
-                                            : QJsonDocument(value.toObject()).toJson(format);
-    std::fprintf(stdout, "%s%s", text.constData(), text.endsWith('\n') ? "" : "\n");
-    std::fflush(stdout);
+    writeOut(value.isArray() ? QJsonDocument(value.toArray()).toJson(format)
+                             : QJsonDocument(value.toObject()).toJson(format));
 }
 
 // SessionUi: what the desktop shows in a box goes to standard error; a question is answered by --yes.

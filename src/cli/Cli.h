@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/StopSignals.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "security/Login.h"
@@ -27,6 +28,7 @@ enum Exit : int {
     VersionRefused = 4,
     AccessRefused = 5, // access refused or log-in failed
     RunTimeFault = 6, // a run-time error no routine traps (a store that cannot be written, ...)
+    // A signal (SIGINT, SIGTERM, SIGHUP) ends it with 128 + its number.
 };
 
 // Where a host listens unless it is configured otherwise.
@@ -61,7 +63,8 @@ QString helpText(const QString& command = {});
 // terminal. Every message the desktop shows in a box goes to standard error, word for word.
 class Client : private SessionUi, private AccessUi, private LoginUi {
 public:
-    explicit Client(Options options);
+    // `osUser`: the operating-system account running the client, for the record of changes.
+    Client(Options options, std::string osUser);
     ~Client() override;
 
     // Runs the command; the exit status.
@@ -87,18 +90,27 @@ public:
     bool ftpRefused() const { return ftpRefused_; }
     bool loggedOff() const { return loggedOff_; }
     // Waits until `done` holds, the session's events waking the wait; false after `limitMs`.
+    // A stopping signal ends the client.
     bool waitFor(const std::function<bool()>& done, int limitMs);
+    // The stopping signal that came (SIGINT, SIGTERM, SIGHUP), 0 while none has; once one has,
+    // the session's waits are called off and endIfStopped() ends the client with 128 + it.
+    int stopSignal() const { return stops_ ? stops_->caught() : 0; }
+    void endIfStopped() const;
+    // A change made on this computer (users, configuration), recorded in the client's name.
+    void recordLocalChange(std::string_view kind, std::vector<RecordedField> fields);
     // What was sent goes out before the client ends.
     void drain();
     // A port as the grid shows it (1-128) from an argument; ends with 2 when it is none.
     std::int16_t portArgument(const QString& text) const;
 
     void say(const std::string& text) const; // standard error, CR LF as new lines
-    void print(const QString& text) const; // standard output, one line
+    // Standard output, one line; a write that fails ends the client with 6.
+    void print(const QString& text) const;
     void printJson(const QJsonValue& value, bool indented = false) const;
     [[noreturn]] static void end(int status) { throw Ending{status}; }
 
 private:
+    int runCommand();
     void awaitPortStates();
     // SessionUi
     void showMessage(const std::string& text) override;
@@ -115,6 +127,8 @@ private:
     void showChangeUser(LoginValues& values) override;
 
     Options options_;
+    std::string osUser_;
+    std::unique_ptr<StopSignals> stops_;
     std::unique_ptr<Registry> registry_;
     HostConfiguration config_;
     UserStore store_;

@@ -1,10 +1,12 @@
-// A port's parameters from the command line: get-parms, set-parms, export, import, history.
+// A port's parameters from the command line: get-parms, set-parms, export, import; and the record
+// of changes, history.
 #include "cli/Cli.h"
 
 #include "commparms/FieldEdit.h"
 #include "commparms/RecordFields.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
+#include "runtime/WholeFile.h"
 #include "shell/ChangeRecord.h"
 #include "shell/GridRules.h"
 
@@ -75,11 +77,13 @@ void printRecords(Client& client, std::int16_t port)
                              fromLatin1Bytes(fieldValueText(c.name, c.after))));
 }
 
-// What became of an exchange with the host: a connection that went ends with 3 (a fetch passes
-// over the sections it can no longer ask for), a host that did not answer in time with 1 (its
-// message already said).
+// What became of an exchange with the host: a stopping signal ends with 128 + it (an update's
+// line of the record already written), a connection that went with 3 (a fetch passes over the
+// sections it can no longer ask for), a host that did not answer in time with 1 (its message
+// already said).
 void exchanged(Client& client, bool answered, std::int16_t port)
 {
+    client.endIfStopped();
     if (!client.session().connected() && !answered) {
         client.say("The connection to the host ended before port " + std::to_string(port) + " was done.");
         Client::end(NoConnection);
@@ -167,6 +171,90 @@ std::vector<FileRecords> readExport(const QString& path, const QStringList& only
     return out;
 }
 
+// --since and --until: an ISO 8601 date or date and time, local unless it carries an offset; a
+// date alone is the whole of that day.
+QDateTime timeArgument(const QString& option, const QString& text, bool until)
+{
+    const QDate day = QDate::fromString(text, Qt::ISODate);
+    if (text.size() == 10 && day.isValid())
+        return until ? day.addDays(1).startOfDay().addMSecs(-1) : day.startOfDay();
+    const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+    if (!time.isValid())
+        throw UsageError{QStringLiteral("%1 takes an ISO 8601 date or time, not \"%2\"").arg(option, text)};
+    return time;
+}
+
+// A value as the terminal may show it: control and formatting characters as visible escapes, so
+// that no value can end the line, start another, or move the cursor; in quotes, the quote and the
+// backslash escaped too.
+QString visible(const QString& text, bool quoted = false)
+{
+    QString out;
+    for (const QChar c : text) {
+        const auto category = c.category();
+        if (c == QLatin1Char('\n'))
+            out += QStringLiteral("\\n");
+        else if (c == QLatin1Char('\r'))
+            out += QStringLiteral("\\r");
+        else if (c == QLatin1Char('\t'))
+            out += QStringLiteral("\\t");
+        else if (category == QChar::Other_Control || category == QChar::Other_Format
+            || category == QChar::Separator_Line || category == QChar::Separator_Paragraph
+            || category == QChar::Other_Surrogate)
+            out += c.unicode() < 0x100 ? QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'))
+                                       : QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        else if (quoted && (c == QLatin1Char('"') || c == QLatin1Char('\\')))
+            out += QLatin1Char('\\') + c;
+        else
+            out += c;
+    }
+    return quoted ? QLatin1Char('"') + out + QLatin1Char('"') : out;
+}
+
+QString shownValue(const QJsonValue& value)
+{
+    if (value.isString())
+        return visible(value.toString(), true);
+    return value.isDouble() ? QString::number(value.toInteger()) : QStringLiteral("none");
+}
+
+// One line of the record for a reader: when, what, through which program, who (and who
+// authorised it, when another), where, how it ended, and each field (those the editor's rules
+// changed marked).
+QString historyLine(const QJsonObject& entry)
+{
+    const auto text = [&entry](const char* key) { return visible(entry.value(QLatin1String(key)).toString()); };
+    const auto none = [](const QString& s) { return s.isEmpty() ? QStringLiteral("-") : s; };
+    QString line = text("time") + QStringLiteral("  ") + text("kind") + QStringLiteral("  ") + none(text("via"))
+        + QStringLiteral("  ") + none(text("user"));
+    const QString authorisedBy = text("authorisedBy");
+    if (!authorisedBy.isEmpty() && authorisedBy != text("user"))
+        line += QStringLiteral(" (authorised by %1)").arg(authorisedBy);
+    if (entry.value(QStringLiteral("host")).isString())
+        line += QStringLiteral("  %1:%2").arg(text("host")).arg(entry.value(QStringLiteral("hostPort")).toInt());
+    if (entry.value(QStringLiteral("port")).isDouble())
+        line += QStringLiteral("  port %1").arg(entry.value(QStringLiteral("port")).toInt());
+    line += QStringLiteral("  ") + text("outcome");
+    if (entry.value(QStringLiteral("section")).isDouble())
+        line += QStringLiteral(" at section %1").arg(entry.value(QStringLiteral("section")).toInt());
+    QStringList fields;
+    for (const QJsonValue& value : entry.value(QStringLiteral("fields")).toArray()) {
+        const QJsonObject field = value.toObject();
+        const QJsonValue before = field.value(QStringLiteral("old"));
+        const QJsonValue after = field.value(QStringLiteral("new"));
+        QString shown = visible(field.value(QStringLiteral("name")).toString());
+        shown += before.isNull() && after.isNull()
+            ? QStringLiteral(" changed")
+            : QStringLiteral(" %1 -> %2").arg(shownValue(before), shownValue(after));
+        if (field.value(QStringLiteral("by")).toString() == QLatin1String("rule"))
+            shown += QStringLiteral(" (by rule)");
+        fields << shown;
+    }
+    if (!fields.isEmpty())
+        line += QStringLiteral(": ") + fields.join(QStringLiteral(", "));
+    return line;
+}
+
 } // namespace
 
 int getParms(Client& client)
@@ -233,6 +321,10 @@ int exportParms(Client& client)
     std::vector<std::int16_t> ports;
     for (const QString& a : args)
         ports.push_back(client.portArgument(a));
+    // Refused before the host is asked for anything: FILE is a link, a folder, a device.
+    const std::string file = QFile::encodeName(path).toStdString();
+    if (const std::string refusal = wholeFileRefusal(file); !refusal.empty())
+        throw UsageError{QStringLiteral("cannot write %1: %2").arg(path, QString::fromStdString(refusal))};
     editorSession(client);
     QJsonArray exported;
     for (const std::int16_t port : ports) {
@@ -244,12 +336,14 @@ int exportParms(Client& client)
         {QStringLiteral("hostPort"), client.configuration().SocketPorts[host]},
         {QStringLiteral("exported"), QDateTime::currentDateTime().toString(Qt::ISODate)},
         {QStringLiteral("ports"), exported}};
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        || file.write(QJsonDocument(document).toJson(QJsonDocument::Indented)) < 0) {
+    // Whole or not at all: a reader of FILE finds the old export or the new one.
+    const QByteArray bytes = QJsonDocument(document).toJson(QJsonDocument::Indented);
+    if (const std::string error
+        = writeWholeFile(file, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+        !error.empty()) {
         client.say(
-            "corvane-remote-cli: cannot write " + toLatin1Bytes(path) + ": " + toLatin1Bytes(file.errorString()));
-        return Usage;
+            "corvane-remote-cli: cannot write " + toLatin1Bytes(path) + ": " + error + ". The file is as it was.");
+        return RunTimeFault;
     }
     client.print(QStringLiteral("Exported %1 port(s) to %2").arg(ports.size()).arg(path));
     return Done;
@@ -348,34 +442,42 @@ int importParms(Client& client)
 
 int history(Client& client)
 {
+    ChangeFilter filter;
     const QStringList& args = client.options().arguments;
-    if (args.size() > 1)
-        throw UsageError{QStringLiteral("history takes at most one PORT")};
-    std::optional<int> port;
-    if (!args.isEmpty())
-        port = client.portArgument(args[0]);
-    for (const QJsonObject& entry : readChangeRecord(port)) {
-        if (client.options().json) {
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& a = args[i];
+        const auto value = [&]() -> const QString& {
+            if (i + 1 >= args.size())
+                throw UsageError{a + QStringLiteral(" needs a value")};
+            return args[++i];
+        };
+        if (a == QLatin1String("--user"))
+            filter.user = value();
+        else if (a == QLatin1String("--since"))
+            filter.since = timeArgument(a, value(), false);
+        else if (a == QLatin1String("--until"))
+            filter.until = timeArgument(a, value(), true);
+        else if (a.startsWith(QLatin1Char('-')) || filter.port)
+            throw UsageError{QStringLiteral("history takes one PORT, --user, --since and --until, not \"%1\"").arg(a)};
+        else
+            filter.port = client.portArgument(a);
+    }
+    const ChangeRecordScan scan = scanChangeRecord(filter, [&client](const QJsonObject& entry) {
+        if (client.stopSignal())
+            return false;
+        if (client.options().json)
             client.printJson(entry);
-            continue;
-        }
-        QStringList changes;
-        for (const QJsonValue& change : entry.value(QStringLiteral("changes")).toArray()) {
-            const QJsonObject c = change.toObject();
-            const auto text
-                = [](const QJsonValue& v) { return v.isString() ? v.toString() : QString::number(v.toInteger()); };
-            changes << QStringLiteral("%1 %2 -> %3")
-                           .arg(c.value(QStringLiteral("field")).toString(), text(c.value(QStringLiteral("old"))),
-                               text(c.value(QStringLiteral("new"))));
-        }
-        client.print(
-            QStringLiteral("%1  %2  %3:%4  port %5  %6%7")
-                .arg(entry.value(QStringLiteral("time")).toString(), entry.value(QStringLiteral("user")).toString(),
-                    entry.value(QStringLiteral("host")).toString())
-                .arg(entry.value(QStringLiteral("hostPort")).toInt())
-                .arg(entry.value(QStringLiteral("port")).toInt())
-                .arg(entry.value(QStringLiteral("outcome")).toString(),
-                    changes.isEmpty() ? QString() : QStringLiteral(": ") + changes.join(QStringLiteral(", "))));
+        else
+            client.print(historyLine(entry));
+        return true;
+    });
+    client.endIfStopped();
+    if (scan.passedOver > 0)
+        client.say("corvane-remote-cli: " + std::to_string(scan.passedOver) + " line(s) of " + changeRecordPath()
+            + " passed over: damaged, or longer than " + std::to_string(MaxChangeRecordLine) + " bytes.");
+    if (!scan.error.empty()) {
+        client.say("corvane-remote-cli: cannot read " + changeRecordPath() + ": " + scan.error);
+        return RunTimeFault;
     }
     return Done;
 }

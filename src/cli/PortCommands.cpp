@@ -6,13 +6,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QSocketNotifier>
 #include <QTimer>
-
-#include <csignal>
-#ifndef _WIN32
-#include <unistd.h>
-#endif
 
 namespace corvane::cli {
 namespace {
@@ -86,16 +80,6 @@ void printChanged(Client& client, std::vector<PortStatusRecord>& shown)
         table.print(client);
 }
 
-#ifndef _WIN32
-// An interrupt or a termination ends the watch in order; the handler only writes to a pipe.
-int stopPipe[2] = {-1, -1};
-extern "C" void stopRequested(int)
-{
-    const char byte = 1;
-    [[maybe_unused]] const auto written = ::write(stopPipe[1], &byte, 1);
-}
-#endif
-
 } // namespace
 
 int status(Client& client)
@@ -144,7 +128,6 @@ int watch(Client& client)
     printChanged(client, shown);
     int refreshes = 0;
     int answered = client.portTableChanges();
-    bool stop = false;
 
     QTimer refresh;
     QObject::connect(&refresh, &QTimer::timeout, [&] {
@@ -152,23 +135,13 @@ int watch(Client& client)
         ++refreshes;
     });
     refresh.start(intervalSeconds * 1000);
-#ifndef _WIN32
-    std::unique_ptr<QSocketNotifier> stopNotifier;
-    if (::pipe(stopPipe) == 0) {
-        stopNotifier = std::make_unique<QSocketNotifier>(stopPipe[0], QSocketNotifier::Read);
-        QObject::connect(stopNotifier.get(), &QSocketNotifier::activated, [&] {
-            stop = true;
-            client.session().cancelWaits();
-        });
-        std::signal(SIGINT, stopRequested);
-        std::signal(SIGTERM, stopRequested);
-    }
-#endif
-    // Every reply, asked for or pushed by the host, shows what changed.
-    while (!stop) {
+    // Every reply, asked for or pushed by the host, shows what changed, until --count or a signal.
+    for (;;) {
         client.session().waitUntil([&] {
-            return stop || client.portTableChanges() != answered || !client.session().connected() || client.loggedOff();
+            return client.stopSignal() != 0 || client.portTableChanges() != answered || !client.session().connected()
+                || client.loggedOff();
         });
+        client.endIfStopped();
         if (client.loggedOff() || !client.session().connected()) {
             client.say("The connection to the host has ended.");
             return NoConnection;

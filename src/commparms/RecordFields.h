@@ -43,7 +43,8 @@ bool travelsIntact(std::string_view text);
 // could not travel.
 bool setFieldValue(PortCommParms& p, DataCollectionParms& d, const RecordField& field, const FieldValue& value);
 
-// The fields whose values differ between two states of a port's records, with both values.
+// The fields whose values differ between two states of a port's records, with both values, and
+// who made the change: "user" (an edit), or "rule" (a correction the editor made on its own).
 struct ChangedField {
     std::string_view name;
     FieldValue before;

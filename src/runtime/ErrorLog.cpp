@@ -7,6 +7,11 @@
 #include <cerrno>
 #include <cstdio>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 namespace corvane {
 
 std::string errorLogPath()
@@ -46,17 +51,36 @@ int appendLogLine(const std::string& path, std::string_view line)
 {
     if (const LogWriter& writer = logWriter())
         return writer(path, line);
+    std::string whole;
+    whole.reserve(line.size() + 2);
+    whole.append(line).append("\r\n");
+#ifdef _WIN32
     errno = 0;
     std::FILE* file = std::fopen(path.c_str(), "ab");
     if (!file)
         return fileErrorFromErrno(errno);
-    const bool written
-        = std::fwrite(line.data(), 1, line.size(), file) == line.size() && std::fwrite("\r\n", 1, 2, file) == 2;
+    const bool written = std::fwrite(whole.data(), 1, whole.size(), file) == whole.size();
     const int writeErrno = errno;
     const bool closed = std::fclose(file) == 0;
     if (!written || !closed)
         return fileErrorFromErrno(writeErrno ? writeErrno : errno);
     return 0;
+#else
+    // Never through a link; the line goes in one write, so that two programs appending at once
+    // cannot interleave their lines.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (fd < 0)
+        return fileErrorFromErrno(errno);
+    ssize_t written;
+    do
+        written = ::write(fd, whole.data(), whole.size());
+    while (written < 0 && errno == EINTR);
+    const int writeErrno = written < 0 ? errno : ENOSPC; // a short write: the disk took no more
+    const bool closed = ::close(fd) == 0;
+    if (written != static_cast<ssize_t>(whole.size()))
+        return fileErrorFromErrno(writeErrno);
+    return closed ? 0 : fileErrorFromErrno(errno);
+#endif
 }
 
 void Log_Run_Time_Error(int location, int errorNumber)

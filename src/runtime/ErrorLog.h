@@ -26,8 +26,9 @@ std::string errorLogPath();
 std::string errorLogLine(int location, int errorNumber);
 void Log_Run_Time_Error(int location, int errorNumber);
 
-// Appends `line` and CR LF to the file, opening and closing it for this one line.
-// Returns 0, or the runtime's file error number when the file could not be written.
+// Appends `line` and CR LF to the file in one write, opening it for this one line (never through
+// a link: a link where the file should be is refused). Returns 0, or the runtime's file error
+// number when the file could not be written.
 int appendLogLine(const std::string& path, std::string_view line);
 // Puts a writer in the place of the file append (the fuzz targets count lines rather than write
 // millions of them); it returns what appendLogLine would. An empty function restores the files.

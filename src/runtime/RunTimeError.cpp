@@ -75,6 +75,7 @@ int fileErrorFromErrno(int osError)
     case ENFILE:
         return err::TooManyFiles;
     case EISDIR:
+    case ELOOP: // a link where no link may be
     case EBUSY:
     case ETXTBSY:
         return err::PathFileAccessError;

@@ -43,22 +43,28 @@ bool Has_Right(const UserEntry& entry, std::int16_t right, bool supervisorByName
         || entry.Rights[static_cast<std::size_t>(right)] == 1 || entry.IsSupervisor == 1 || entry.Rights[AllRight] == 1;
 }
 
-Bool16 Check_Temp_User(
-    const UserStore& store, std::int16_t right, std::string_view tempName, std::string_view tempPassword, AccessUi& ui)
+Bool16 Check_Temp_User(const UserStore& store, std::int16_t right, std::string_view tempName,
+    std::string_view tempPassword, AccessUi& ui, std::string* allowedBy)
 {
     const std::string name = upperCase(tempName);
     for (const UserEntry& entry : store.users) {
         if (entry.UserName.empty())
             continue;
-        if (upperCase(entry.UserName) == name && entry.Password == tempPassword && Has_Right(entry, right, false))
+        if (upperCase(entry.UserName) == name && entry.Password == tempPassword && Has_Right(entry, right, false)) {
+            if (allowedBy)
+                *allowedBy = entry.UserName;
             return TrueValue;
+        }
     }
     ui.showAccessNotAllowed();
     return FalseValue;
 }
 
-Bool16 Check_Access(const UserStore& store, std::int16_t right, Bool16 allowTempUser, AccessUi& ui)
+Bool16 Check_Access(
+    const UserStore& store, std::int16_t right, Bool16 allowTempUser, AccessUi& ui, std::string* temporaryUser)
 {
+    if (temporaryUser)
+        temporaryUser->clear();
     for (;;) {
         if (Has_Right(store.user(store.CurrentUser), right, true))
             return TrueValue;
@@ -69,7 +75,7 @@ Bool16 Check_Access(const UserStore& store, std::int16_t right, Bool16 allowTemp
             continue;
         if (answer.cancelled)
             return FalseValue;
-        const Bool16 allowed = Check_Temp_User(store, right, answer.name, answer.password, ui);
+        const Bool16 allowed = Check_Temp_User(store, right, answer.name, answer.password, ui, temporaryUser);
         answer.name.clear();
         answer.password.clear();
         return allowed;

@@ -56,12 +56,16 @@ public:
 
 // Whether a temporary user may do this one thing: the first entry whose name matches upper-cased
 // and whose password matches exactly (case counts, no trimming) and that holds the right. A
-// matching entry without the right does not end the search. A refusal is shown.
-Bool16 Check_Temp_User(
-    const UserStore& store, std::int16_t right, std::string_view tempName, std::string_view tempPassword, AccessUi& ui);
+// matching entry without the right does not end the search. A refusal is shown. `allowedBy`, when
+// given, gets the name of the entry that allowed it.
+Bool16 Check_Temp_User(const UserStore& store, std::int16_t right, std::string_view tempName,
+    std::string_view tempPassword, AccessUi& ui, std::string* allowedBy = nullptr);
 
 // Whether the current user may go on; when not and a temporary user is allowed, asks for one.
-// Refusals without a temporary user, and a cancelled prompt, are silent.
-Bool16 Check_Access(const UserStore& store, std::int16_t right, Bool16 allowTempUser, AccessUi& ui);
+// Refusals without a temporary user, and a cancelled prompt, are silent. `temporaryUser`, when
+// given, gets the name of the temporary user who allowed it, and is left empty when the current
+// user's own rights did.
+Bool16 Check_Access(const UserStore& store, std::int16_t right, Bool16 allowTempUser, AccessUi& ui,
+    std::string* temporaryUser = nullptr);
 
 } // namespace corvane

@@ -2,6 +2,8 @@
 
 #include "runtime/Text.h"
 
+#include <cctype>
+
 namespace corvane {
 
 UserButtons userButtonsFor(const UserStore& store, std::int16_t index)
@@ -61,6 +63,14 @@ void UpdateUserInfo(UserStore& store, std::int16_t index, std::string_view typed
     entry.IsSupervisor = index == store.SupervisorIndex ? 1 : 0;
     for (std::size_t row = 0; row < rights.rows.size() && row < checked.size(); ++row)
         entry.Rights.at(static_cast<std::size_t>(rights.rows[row].RightIndex)) = checked[row] ? 1 : 0;
+}
+
+std::string rightShortName(const RightsEntry& entry)
+{
+    std::string name = entry.Description.substr(0, entry.Description.find(" ("));
+    for (char& c : name)
+        c = c == ' ' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return name;
 }
 
 std::string deleteQuestion(std::string_view name)

@@ -41,6 +41,10 @@ std::int16_t takeFreeEntry(UserStore& store);
 void UpdateUserInfo(UserStore& store, std::int16_t index, std::string_view typedName, std::string_view typedPassword,
     const RightsList& rights, const std::vector<bool>& checked);
 
+// A right's short name: its description up to any parenthesis, lower-cased, blanks as hyphens
+// ("All (everything ...)" is "all", "Comm Parameters" is "comm-parameters").
+std::string rightShortName(const RightsEntry& entry);
+
 // "Are you sure you want to delete NAME?"
 std::string deleteQuestion(std::string_view name);
 

@@ -17,7 +17,6 @@
 #include <QEventLoop>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace corvane {
 namespace {
@@ -387,8 +386,12 @@ void HostSession::cmdPurgeAndReset_Click()
         return;
     }
     constexpr std::int16_t No = 7;
-    if (ui_.askYesNo(message::purgeQuestion()) != No && connected())
+    if (ui_.askYesNo(message::purgeQuestion()) != No && connected()) {
         send(Build_Purge_Reset_Request(SelectedPortRow));
+        ChangeRecordEntry entry = changeEntry(change_kind::Purge, SelectedPortRow + 1);
+        entry.outcome = change_outcome::Sent; // the host answers a purge with nothing
+        record(entry);
+    }
 }
 
 bool HostSession::cmdCommParms_Click(const std::function<bool()>& checkAccess)

@@ -71,8 +71,17 @@ public:
     bool cmdCommParms_Click(const std::function<bool()>& checkAccess);
     // The grid's current row changed.
     void rowChanged(int row);
-    // Who is logged in, for the record of parameter changes.
-    void setUserName(std::string name) { userName_ = std::move(name); }
+    // Who makes the changes the record names: the program and the account running it, the
+    // logged-in user, and a temporary user who authorised what is under way (empty: the logged-in
+    // user's own rights did).
+    void setOrigin(std::string via, std::string osUser)
+    {
+        actor_.via = std::move(via);
+        actor_.osUser = std::move(osUser);
+    }
+    void setUserName(std::string name) { actor_.user = std::move(name); }
+    void setAuthorisedBy(std::string name) { actor_.authorisedBy = std::move(name); }
+    const ChangeActor& changeActor() const { return actor_; }
 
     // ParmsLink: what the parameter editor asks of the session.
     PortParmsTables& parmsTables() override { return parms_; }
@@ -142,6 +151,7 @@ private:
     bool settleAcks();
     void takeParmsSection(const std::string& packet);
     void takeAck();
+    ChangeRecordEntry changeEntry(std::string_view kind, int port) const;
     void record(const ChangeRecordEntry& entry);
 
     // The connect sequence, one step per event.
@@ -207,7 +217,7 @@ private:
     int updateSectionsSent_ = 0;
     int updateAcks_ = 0;
     Bool16 AckSettled = FalseValue;
-    std::string userName_;
+    ChangeActor actor_;
     ConnectState connect_ = ConnectState::Idle;
     ConnectFailure failure_ = ConnectFailure::None;
     bool socketError_ = false;

@@ -12,7 +12,6 @@
 #include "commparms/ExchangeTexts.h"
 #include "shell/SessionMessages.h"
 
-#include <cstdio>
 
 namespace corvane {
 
@@ -154,14 +153,14 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         return false;
     }
     PortFetch& fetch = found->second;
-    const auto host = static_cast<std::size_t>(HostIndex);
-    ChangeRecordEntry entry{userName_, config_.HostIPs[host], config_.SocketPorts[host], port + 1, {}, {}, 0, 0};
-    entry.changes = changedFields(fetch.host.comm, fetch.host.collection, parms_.commParms(port),
+    std::vector<ChangedField> changes = changedFields(fetch.host.comm, fetch.host.collection, parms_.commParms(port),
         parms_.dataCollection(port));
-    for (ChangedField& change : entry.changes)
+    for (ChangedField& change : changes)
         for (const ChangedField& correction : fetch.corrections)
             if (correction.name == change.name && correction.after == change.after)
                 change.by = "rule";
+    ChangeRecordEntry entry = changeEntry(change_kind::Update, port + 1);
+    entry.fields = recordedFields(changes);
 
     updating_ = true;
     updateAcks_ = 0;
@@ -195,8 +194,9 @@ bool HostSession::UpdateCommParms(std::int16_t port)
 
     if (ackSurplus()) {
         // The host answered sections it was never sent: whatever it holds now is not known.
-        entry.outcome = "uncertain";
-        entry.section = stopped;
+        entry.outcome = change_outcome::Uncertain;
+        if (stopped != 0)
+            entry.section = stopped;
         record(entry);
         fetch.complete = false;
         fetch.uncertain = true;
@@ -209,9 +209,10 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         // Where it stopped: the section not acknowledged, the one awaited when the wait was
         // called off, or the first one the loop passed over once the connection had gone.
         entry.section = stopped > 0 ? stopped : updateSectionsSent_ + 1;
-        entry.outcome = !connected()                ? "connection lost"
-            : reply == Reply::Expired ? "no acknowledgement"
-                                      : "called off";
+        // A wait called off is the program ending, whatever became of the socket on the way out.
+        entry.outcome = reply == Reply::CalledOff ? change_outcome::Interrupted
+            : connected()                         ? change_outcome::NoAck
+                                                  : change_outcome::ConnectionLost;
         record(entry);
         if (stopped != 0 || reply == Reply::CalledOff)
             return false;
@@ -220,27 +221,29 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         send(Build_Update_Complete_Packet()); // untested: a closed socket raises here
     } catch (...) {
         if (entry.outcome.empty()) {
-            entry.outcome = "trailer not sent";
+            entry.outcome = change_outcome::ConnectionLost; // six acknowledged, the trailer never went
             record(entry);
         }
         throw;
     }
-    entry.outcome = "complete";
+    entry.outcome = change_outcome::Sent;
     record(entry);
     fetch.host = parms_.records(port); // what the host now holds
     fetch.corrections.clear();
     return true;
 }
 
+ChangeRecordEntry HostSession::changeEntry(std::string_view kind, int port) const
+{
+    const auto host = static_cast<std::size_t>(HostIndex);
+    return {kind, actor_, config_.HostIPs[host], config_.SocketPorts[host], port, {}, {}, {}, 0};
+}
+
 // A change that could not be written down still went out; the failure is said where the
 // program's other faults are.
 void HostSession::record(const ChangeRecordEntry& entry)
 {
-    if (const int error = appendChangeRecord(entry)) {
-        Log_Run_Time_Error(location::ChangeRecord, error);
-        std::fprintf(stderr, "The parameter change could not be recorded in %s: %s\n", changeRecordPath().c_str(),
-            errorDescription(error).c_str());
-    }
+    recordChange(entry);
 }
 
 void HostSession::RefreshPortStates()

@@ -1,10 +1,11 @@
 // corvane-remote-cli as scripts run it, against a simulated host in this process.
+#include "app/OsUser.h"
 #include "commparms/ParmsRules.h"
 #include "commparms/RecordFields.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
 #include "security/FirstStore.h"
-#include "shell/ChangeRecord.h"
+#include "support/ChangeRecordLines.h"
 #include "support/Program.h"
 #include "support/SimulatedPlant.h"
 #include "support/Users.h"
@@ -16,6 +17,11 @@
 #include <QProcess>
 
 #include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <memory>
+#include <tuple>
 
 namespace corvane {
 namespace {
@@ -38,20 +44,29 @@ public:
         ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
     }
 
-    // Runs the client to its end while this process's event loop keeps the host answering.
-    Outcome cli(const QStringList& arguments, const QProcessEnvironment& extra = {}, const QByteArray& input = {})
+    // Runs the client (or a program that runs it) to its end while this process's event loop
+    // keeps the host answering; `started` is handed the process once it runs.
+    Outcome run(const QString& program, const QStringList& arguments, const QProcessEnvironment& extra = {},
+        const QByteArray& input = {}, const std::function<void(QProcess&)>& started = {})
     {
         QProcess process;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(extra);
         process.setProcessEnvironment(env);
-        process.start(QStringLiteral(CORVANE_REMOTE_CLI_EXE), arguments);
+        process.start(program, arguments);
+        EXPECT_TRUE(process.waitForStarted()) << program.toStdString();
+        if (started)
+            started(process);
         process.write(input);
         process.closeWriteChannel();
         EXPECT_TRUE(test::waitFor([&] { return process.state() == QProcess::NotRunning; }, 30000))
             << arguments.join(QLatin1Char(' ')).toStdString();
         return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
             QString::fromLocal8Bit(process.readAllStandardError())};
+    }
+    Outcome cli(const QStringList& arguments, const QProcessEnvironment& extra = {}, const QByteArray& input = {})
+    {
+        return run(QStringLiteral(CORVANE_REMOTE_CLI_EXE), arguments, extra, input);
     }
     Outcome cli(const char* line) { return cli(words(line)); }
     QJsonDocument json(const QString& text) { return QJsonDocument::fromJson(text.toUtf8()); }
@@ -104,12 +119,12 @@ TEST_F(Cli, ExitStatusesSayWhatWentWrong)
         plant.host.faults = {};
     }
     // Both updates stopped at section 3, the trailer never went, and the record says why.
-    const std::vector<QJsonObject> record = readChangeRecord(3);
+    const std::vector<QJsonObject> record = test::changeRecordLines(3);
     ASSERT_EQ(record.size(), 2u);
     for (const QJsonObject& entry : record)
         EXPECT_EQ(entry.value(QStringLiteral("section")).toInt(), 3);
-    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("no acknowledgement"));
-    EXPECT_EQ(record[1].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection lost"));
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("no-ack"));
+    EXPECT_EQ(record[1].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection-lost"));
     EXPECT_EQ(hostGot(packet_type::UpdateComplete), 0u);
 }
 
@@ -133,8 +148,7 @@ TEST_F(Cli, SetParmsGoesThroughTheRulesAndGetParmsShowsTheResult)
         port.value(QStringLiteral("DataCollectionParms")).toObject().value(QStringLiteral("SaveToFolder")).toString(),
         QStringLiteral("C:\\DNC\\COLLECTED\\EDM 1"));
 
-    EXPECT_EQ(readChangeRecord(15).at(0).value(QStringLiteral("user")).toString(), QStringLiteral("SUPERVISOR"));
-    EXPECT_TRUE(cli("history 15").out.contains(QStringLiteral("ConfirmFooter M30 -> M77")));
+    EXPECT_TRUE(cli("history 15").out.contains(QStringLiteral("ConfirmFooter \"M30\" -> \"M77\"")));
 
     // One change a rule refuses stops those before it too: nothing is sent.
     const std::size_t sections = hostGot(packet_type::PortParms);
@@ -348,6 +362,233 @@ TEST_F(Cli, WatchPrintsWhatChanged)
     EXPECT_TRUE(std::any_of(lines.begin() + 36, lines.end(),
         [this](const QString& line) { return json(line).object().value(QStringLiteral("port")).toInt() == 1; }));
     EXPECT_EQ(hostGot(packet_type::StatusRequest), 2u);
+}
+
+// Each kind of change leaves one line with every key, naming the program, the account, the user
+// and the fields, and never anything of a password.
+TEST_F(Cli, EveryChangeLeavesOneLineWithEveryKey)
+{
+    const QJsonValue null(QJsonValue::Null);
+    const QJsonValue host(QStringLiteral("127.0.0.1"));
+    const QJsonValue hostPort(plant.host.port());
+    struct Case {
+        const char* line;
+        const char* kind;
+        QJsonValue host, hostPort, port;
+        // name, old, new of each field; all by the user
+        std::vector<std::tuple<const char*, QJsonValue, QJsonValue>> fields;
+    } const cases[] = {
+        {"set-parms 15 ConfirmFooter=M77", "update", host, hostPort, 15, // shown as the host holds it
+            {{"ConfirmFooter", QStringLiteral("M30"), QStringLiteral("M77")}}},
+        {"--yes purge 1", "purge", host, hostPort, 1, {}},
+        {"users add smith --password pw --grant comm-parameters", "user-admin", null, null, null,
+            {{"UserName", null, QStringLiteral("smith")}, {"Password", null, null}, {"Rights.comm-parameters", 0, 1}}},
+        {"users passwd smith --new-password pw2", "user-admin", null, null, null,
+            {{"UserName", QStringLiteral("smith"), QStringLiteral("smith")}, {"Password", null, null}}},
+        {"users revoke smith comm-parameters", "user-admin", null, null, null,
+            {{"UserName", QStringLiteral("smith"), QStringLiteral("smith")}, {"Rights.comm-parameters", 1, 0}}},
+        {"config set-idle 15", "config", null, null, null, {{"Idle Minutes", 5, 15}}},
+    };
+    applyShowRules(plant.host.plant().parms.PortCommParmsTable[14]);
+    for (const auto& c : cases)
+        ASSERT_EQ(cli(c.line).exitCode, 0) << c.line;
+    EXPECT_TRUE(cli("config set-idle 15").exitCode == 0) << "a save that changes nothing";
+
+    const std::vector<QJsonObject> record = test::changeRecordLines();
+    ASSERT_EQ(record.size(), std::size(cases));
+    const QStringList keys = {QStringLiteral("authorisedBy"), QStringLiteral("fields"), QStringLiteral("host"),
+        QStringLiteral("hostPort"), QStringLiteral("kind"), QStringLiteral("osUser"), QStringLiteral("outcome"),
+        QStringLiteral("port"), QStringLiteral("time"), QStringLiteral("user"), QStringLiteral("via")};
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const Case& c = cases[i];
+        const QJsonObject& line = record[i];
+        const bool update = c.kind == std::string_view("update");
+        QStringList expectedKeys = keys;
+        if (update)
+            expectedKeys << QStringLiteral("section") << QStringLiteral("sectionsSent");
+        expectedKeys.sort();
+        EXPECT_EQ(line.keys(), expectedKeys) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("kind")).toString(), QLatin1String(c.kind)) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("cli")) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("osUser")).toString(), QString::fromStdString(osUserName())) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("user")).toString(), QStringLiteral("SUPERVISOR")) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("authorisedBy")).toString(), QStringLiteral("SUPERVISOR")) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("outcome")).toString(), QStringLiteral("sent")) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("host")), c.host) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("hostPort")), c.hostPort) << c.line;
+        EXPECT_EQ(line.value(QStringLiteral("port")), c.port) << c.line;
+        EXPECT_TRUE(QDateTime::fromString(line.value(QStringLiteral("time")).toString(), Qt::ISODate).isValid());
+        if (update) {
+            EXPECT_EQ(line.value(QStringLiteral("section")), null);
+            EXPECT_EQ(line.value(QStringLiteral("sectionsSent")).toInt(), 6);
+        }
+        const QJsonArray fields = line.value(QStringLiteral("fields")).toArray();
+        ASSERT_EQ(static_cast<std::size_t>(fields.size()), c.fields.size()) << c.line;
+        for (std::size_t f = 0; f < c.fields.size(); ++f) {
+            const auto& [name, before, after] = c.fields[f];
+            const QJsonObject field = fields.at(static_cast<qsizetype>(f)).toObject();
+            EXPECT_EQ(field.keys(),
+                (QStringList{
+                    QStringLiteral("by"), QStringLiteral("name"), QStringLiteral("new"), QStringLiteral("old")}));
+            EXPECT_EQ(field.value(QStringLiteral("name")).toString(), QLatin1String(name)) << c.line;
+            EXPECT_EQ(field.value(QStringLiteral("old")), before) << c.line << " " << name;
+            EXPECT_EQ(field.value(QStringLiteral("new")), after) << c.line << " " << name;
+            EXPECT_EQ(field.value(QStringLiteral("by")).toString(), QStringLiteral("user")) << c.line;
+        }
+    }
+    const std::string written = plant.folder.read("parameter-changes.jsonl");
+    EXPECT_EQ(written.find("pw"), std::string::npos) << "no password, old or new";
+}
+
+// history prints a line of its own for each line of the record, whatever its values hold;
+// filters by port, user and time; and passes over what is no line of ours, saying so.
+TEST_F(Cli, HistoryFiltersAndShowsEveryValueOnItsOwnLine)
+{
+    const std::string forged
+        = R"({"time":"2026-11-14T10:00:00+00:00","kind":"update","via":"desktop","host":"10.0.0.9",)"
+          R"("hostPort":49140,"port":3,"user":"SMITH","authorisedBy":"JONES","osUser":"op",)"
+          R"("outcome":"no-ack","section":3,"sectionsSent":3,"fields":[)"
+          R"({"name":"ConfirmFooter","old":"M30","new":"M30\n2026-11-15T00:00:00+00:00  purge\u001b[2J\r","by":"user"},)"
+          R"({"name":"Baud","old":6,"new":5,"by":"rule"}]})";
+    plant.folder.write("parameter-changes.jsonl",
+        forged + "\r\n"
+            + R"({"time":"2026-11-15T10:00:00+00:00","kind":"purge","via":"cli","host":"10.0.0.9","hostPort":49140,)"
+              R"("port":4,"user":"SUPERVISOR","authorisedBy":"SUPERVISOR","osUser":"op","outcome":"sent","fields":[]})"
+              "\r\n"
+            + R"({"time":"2026-11-15T11:00:00+00:00","kind":"upd)" + "\r\n" + std::string(MaxChangeRecordLine + 10, '{')
+            + "\n"
+            + R"({"time":"2026-11-16T10:00:00+00:00","kind":"config","via":"cli","host":null,"hostPort":null,)"
+              R"("port":null,"user":"SMITH","authorisedBy":"SMITH","osUser":"op","outcome":"sent",)"
+              R"("fields":[{"name":"Idle Minutes","old":5,"new":15,"by":"user"}]})"
+              "\r\n");
+
+    const Outcome port3 = cli("history 3");
+    ASSERT_EQ(port3.exitCode, 0) << port3.err.toStdString();
+    EXPECT_EQ(port3.out,
+        QStringLiteral("2026-11-14T10:00:00+00:00  update  desktop  SMITH (authorised by JONES)  10.0.0.9:49140  port 3"
+                       "  no-ack at section 3: ConfirmFooter \"M30\" -> \"M30\\n2026-11-15T00:00:00+00:00  purge"
+                       "\\x1b[2J\\r\", Baud 6 -> 5 (by rule)\n"));
+    EXPECT_TRUE(port3.err.contains(QStringLiteral("2 line(s)"))) << port3.err.toStdString();
+
+    struct Case {
+        const char* line;
+        std::vector<int> ports; // of the lines printed, 0 for none
+    } const cases[] = {
+        {"history", {3, 4, 0}},
+        {"history 4", {4}},
+        {"history --user jones", {3}},
+        {"history --user smith", {3, 0}},
+        {"history --since 2026-11-15", {4, 0}},
+        {"history --until 2026-11-15", {3, 4}},
+        {"history --since 2026-11-15T10:30:00+00:00 --until 2026-11-16T10:00:00+00:00", {0}},
+        {"--json history", {3, 4, 0}},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = cli(c.line);
+        ASSERT_EQ(r.exitCode, 0) << c.line << ": " << r.err.toStdString();
+        std::vector<int> ports;
+        for (const QString& printed : r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            if (r.out.startsWith(QLatin1Char('{')))
+                ports.push_back(json(printed).object().value(QStringLiteral("port")).toInt());
+            else
+                ports.push_back(printed.contains(QStringLiteral("port "))
+                        ? printed.section(QStringLiteral("port "), 1).left(1).toInt()
+                        : 0);
+        }
+        EXPECT_EQ(ports, c.ports) << c.line;
+    }
+    for (const char* wrong :
+        {"history --since yesterday", "history 3 4", "history --bogus", "history --user", "history 0"})
+        EXPECT_EQ(cli(wrong).exitCode, 2) << wrong;
+
+    // A record that is no regular file is not read.
+    std::filesystem::remove(plant.folder.file("parameter-changes.jsonl"));
+    std::filesystem::create_directory(plant.folder.file("parameter-changes.jsonl"));
+    const Outcome folder = cli("history");
+    EXPECT_EQ(folder.exitCode, 6);
+    EXPECT_TRUE(folder.err.contains(QStringLiteral("not a regular file"))) << folder.err.toStdString();
+}
+
+// A stopping signal in the middle of a command: it finishes its books and exits 128 + the
+// signal. An update that waited for section 3's acknowledgement says so in its one line.
+TEST_F(Cli, ASignalEndsTheCommandInOrder)
+{
+    struct Case {
+        const char* line;
+        int signal;
+        std::int16_t when; // the host has received this many packets of `type`
+        std::int16_t type;
+    } const cases[] = {
+        {"set-parms 3 ConfirmHeader=%C", SIGTERM, 3, packet_type::PortParms},
+        {"watch --interval 60", SIGINT, 1, packet_type::StatusRequest},
+        {"set-parms 3 ConfirmHeader=%D", SIGHUP, 1, packet_type::PortParmsRequest},
+    };
+    plant.host.faults.ackSectionsUpTo = 2;
+    for (const auto& c : cases) {
+        plant.received.clear();
+        const Outcome r = run(QStringLiteral(CORVANE_REMOTE_CLI_EXE), words(c.line), {}, {}, [&](QProcess& process) {
+            const qint64 pid = process.processId();
+            auto sent = std::make_shared<bool>(false);
+            QObject::connect(&plant.host, &hostsim::HostSimulator::packetReceived, &process, [this, c, pid, sent] {
+                if (!*sent && hostGot(c.type) >= static_cast<std::size_t>(c.when)) {
+                    *sent = true;
+                    ::kill(static_cast<pid_t>(pid), c.signal);
+                }
+            });
+        });
+        EXPECT_EQ(r.exitCode, 128 + c.signal) << c.line << ": " << r.err.toStdString();
+    }
+    const std::vector<QJsonObject> record = test::changeRecordLines();
+    ASSERT_EQ(record.size(), 1u) << "the fetch called off sent nothing";
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("interrupted"));
+    EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
+    EXPECT_EQ(record[0].value(QStringLiteral("sectionsSent")).toInt(), 3);
+    EXPECT_EQ(hostGot(packet_type::UpdateComplete), 0u);
+}
+
+// The export is written beside FILE and put in its place whole: a write the disk cuts short (a
+// file-size limit, which root too is held to) leaves the old file as it was, and a link at FILE
+// is refused before anything is fetched.
+TEST_F(Cli, ExportPutsTheFileInPlaceWholeOrNotAtAll)
+{
+    namespace fs = std::filesystem;
+    fs::create_directory(plant.folder.file("exports"));
+    plant.folder.write("exports/ports.json", "old");
+    fs::permissions(plant.folder.file("exports/ports.json"), fs::perms(0640));
+    const QString file = path("exports/ports.json");
+    const auto exportsHolds = [this] {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(plant.folder.file("exports")))
+            names.push_back(entry.path().filename().string());
+        return names;
+    };
+
+    const Outcome cut = run(QStringLiteral("bash"),
+        {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\""),
+            QStringLiteral(CORVANE_REMOTE_CLI_EXE), QStringLiteral("export"), QStringLiteral("3"), QStringLiteral("15"),
+            QStringLiteral("--file"), file});
+    EXPECT_EQ(cut.exitCode, 6) << cut.err.toStdString();
+    EXPECT_TRUE(cut.err.contains(QStringLiteral("File too large"))) << cut.err.toStdString();
+    EXPECT_EQ(plant.folder.read("exports/ports.json"), "old");
+    EXPECT_EQ(exportsHolds(), std::vector<std::string>{"ports.json"});
+
+    ASSERT_EQ(cli(words("export 3 --file") << file).exitCode, 0);
+    EXPECT_EQ(json(QString::fromStdString(plant.folder.read("exports/ports.json")))
+                  .object()
+                  .value(QStringLiteral("ports"))
+                  .toArray()
+                  .size(),
+        1);
+    EXPECT_EQ(fs::status(plant.folder.file("exports/ports.json")).permissions(), fs::perms(0640));
+    EXPECT_EQ(exportsHolds(), std::vector<std::string>{"ports.json"});
+
+    fs::create_symlink(plant.folder.file("exports/ports.json"), plant.folder.file("exports/link.json"));
+    const std::size_t asked = hostGot(packet_type::PortParmsRequest);
+    const Outcome linked = cli(words("export 3 --file") << path("exports/link.json"));
+    EXPECT_EQ(linked.exitCode, 2);
+    EXPECT_TRUE(linked.err.contains(QStringLiteral("symbolic link"))) << linked.err.toStdString();
+    EXPECT_TRUE(fs::is_symlink(fs::symlink_status(plant.folder.file("exports/link.json"))));
+    EXPECT_EQ(hostGot(packet_type::PortParmsRequest), asked);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "shell/forms/frmCVRemote.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 #include "shell/forms/frmConfiguration.h"
+#include "support/ChangeRecordLines.h"
 #include "support/Forms.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
@@ -138,7 +139,8 @@ TEST_F(MainWindow, TheConfigurationsTypingRulesAndWhatSaveAndCancelKeep)
 {
     HostConfiguration config(*plant.registry);
     config.load();
-    frmConfiguration form(config, boxes);
+    const ChangeActor actor{"desktop", "tester", "SUPERVISOR", "SMITH"};
+    frmConfiguration form(config, boxes, actor);
     form.show();
 
     typeInto(control<QLineEdit>(form, "txtSocketPortNumber_3"), QStringLiteral("100"));
@@ -153,13 +155,29 @@ TEST_F(MainWindow, TheConfigurationsTypingRulesAndWhatSaveAndCancelKeep)
     stored.load();
     EXPECT_EQ(stored.HostNames[3], QStringLiteral("Host 3")) << "Cancel writes nothing";
 
-    frmConfiguration again(config, boxes);
+    EXPECT_TRUE(test::changeRecordLines().empty());
+
+    frmConfiguration again(config, boxes, actor);
     control<QPushButton>(again, "cmdSaveHostIP").click();
     stored.load();
     EXPECT_EQ(stored.HostNames[3], QStringLiteral("Bay 3"));
     EXPECT_EQ(stored.SocketPorts[3], 100);
     EXPECT_EQ(stored.HostIPs[2], QString());
     EXPECT_EQ(stored.IdleMinutes, 60);
+
+    // Recorded against what the settings held, not the tables the cancelled form had typed into.
+    const std::vector<QJsonObject> record = test::changeRecordLines();
+    ASSERT_EQ(record.size(), 1u);
+    EXPECT_EQ(record[0].value(QStringLiteral("kind")).toString(), QStringLiteral("config"));
+    EXPECT_EQ(record[0].value(QStringLiteral("authorisedBy")).toString(), QStringLiteral("SMITH"));
+    QStringList changed;
+    for (const QJsonValue& field : record[0].value(QStringLiteral("fields")).toArray())
+        changed << field.toObject().value(QStringLiteral("name")).toString();
+    EXPECT_EQ(changed,
+        (QStringList{QStringLiteral("HostIP2"), QStringLiteral("HostName3"), QStringLiteral("SocketPortNumber3"),
+            QStringLiteral("Idle Minutes")}));
+    EXPECT_EQ(record[0].value(QStringLiteral("fields")).toArray().at(1).toObject().value(QStringLiteral("old")),
+        QJsonValue(QStringLiteral("Host 3")));
 }
 
 // Without write access to the machine's settings the start-up form refuses its configuration,

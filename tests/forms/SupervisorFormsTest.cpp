@@ -90,6 +90,10 @@ TEST_F(SupervisorForms, TheListShowsLiveUsersAndWhatMayBeDoneToThem)
 TEST_F(SupervisorForms, DeletingAsksThenFreesTheRecordAndAddingReusesIt)
 {
     frmSupervisorOps form(store, rights, boxes);
+    std::vector<std::pair<std::string, std::string>> saved; // the names before and after, for the record
+    form.setUserSaved([&saved](const std::optional<UserEntry>& before, const std::optional<UserEntry>& after) {
+        saved.emplace_back(before ? before->UserName : "-", after ? after->UserName : "-");
+    });
     form.show();
     auto& list = control<QListWidget>(form, "lstUserList");
     list.setCurrentRow(2);
@@ -126,6 +130,8 @@ TEST_F(SupervisorForms, DeletingAsksThenFreesTheRecordAndAddingReusesIt)
     ASSERT_EQ(again.count(), 4); // the freed record was reused, nothing appended
     EXPECT_EQ(again.users[2], user("BROWN", "b1", {4, 11}));
     EXPECT_EQ(boxes.calls.size(), 3u) << "no warning when adding";
+    EXPECT_EQ(saved, (std::vector<std::pair<std::string, std::string>>{{"SMITH", "-"}, {"-", "BROWN"}}))
+        << "only what was written, a reused record as an add";
 }
 
 TEST_F(SupervisorForms, AFirstPasswordWarnsTheSupervisorAndCancelSavesNothing)

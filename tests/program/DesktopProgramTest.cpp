@@ -4,9 +4,9 @@
 #include "security/FirstStore.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
-#include "shell/ChangeRecord.h"
 #include "shell/SessionMessages.h"
 #include "shell/forms/frmConfiguration.h"
+#include "support/ChangeRecordLines.h"
 #include "support/DesktopProgram.h"
 #include "support/Forms.h"
 #include "support/Users.h"
@@ -47,7 +47,9 @@ TEST_F(Program, ALoggedInUserSavesAPortsChangeToTheHost)
     ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 1; }));
     EXPECT_TRUE(hostHeardNothing);
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].ConfirmFooter, "M99");
-    EXPECT_EQ(readChangeRecord(15).at(0).value(QStringLiteral("user")).toString(), QStringLiteral("SUPERVISOR"));
+    const QJsonObject line = test::changeRecordLines(15).at(0);
+    EXPECT_EQ(line.value(QStringLiteral("user")).toString(), QStringLiteral("SUPERVISOR"));
+    EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("desktop"));
     window.close();
     EXPECT_EQ(finished, EXIT_SUCCESS);
 }

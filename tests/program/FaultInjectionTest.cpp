@@ -2,8 +2,8 @@
 #include "commparms/forms/frmCommParms.h"
 #include "protocol/PacketTypes.h"
 #include "security/FirstStore.h"
-#include "shell/ChangeRecord.h"
 #include "shell/SessionMessages.h"
+#include "support/ChangeRecordLines.h"
 #include "support/DesktopProgram.h"
 
 #include <QJsonObject>
@@ -78,9 +78,9 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
     EXPECT_EQ(shownAfter, QStringLiteral("M99"));
     EXPECT_EQ(program->mainWindow()->session().parmsTables().PortCommParmsTable[2].ConfirmFooter, "M99");
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].ConfirmFooter, hostsFooter) << "section 5 never went";
-    const std::vector<QJsonObject> record = readChangeRecord(3);
+    const std::vector<QJsonObject> record = test::changeRecordLines(3);
     ASSERT_EQ(record.size(), 1u);
-    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection lost"));
+    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection-lost"));
     EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
     timers.fire("tmrSocketStatus"); // the socket watch's next look finds the connection gone
     EXPECT_EQ(control<QLabel>(*program->mainWindow(), "lblSocketStatus").text(), QStringLiteral("Idle"));

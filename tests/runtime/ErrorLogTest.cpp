@@ -35,6 +35,11 @@ TEST(ErrorLog, AnUnwritableLogIsPassedOverSilently)
     EXPECT_NO_THROW(Log_Run_Time_Error(location::PacketDispatch, err::Overflow));
     EXPECT_EQ(appendLogLine(folder.file("error.log").string(), "x"), err::PathFileAccessError);
     EXPECT_EQ(appendLogLine(folder.file("missing/error.log").string(), "x"), err::PathNotFound);
+    // A link where the log should be is not followed.
+    folder.write("elsewhere", "kept");
+    std::filesystem::create_symlink(folder.file("elsewhere"), folder.file("linked.log"));
+    EXPECT_EQ(appendLogLine(folder.file("linked.log").string(), "x"), err::PathFileAccessError);
+    EXPECT_EQ(folder.read("elsewhere"), "kept");
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "runtime/Text.h"
 #include "security/Rights.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/Users.h"
@@ -78,7 +79,12 @@ TEST(Rights, CheckAccessAndTheTemporaryUser)
         ui.answers.assign(c.answers.begin(), c.answers.end());
         ui.changeUserTo.assign(c.changeTo.begin(), c.changeTo.end());
 
-        EXPECT_EQ(Check_Access(store, CommParmsRight, toBool16(c.allowTemp), ui) != 0, c.allowed) << c.name;
+        std::string temporaryUser = "stale";
+        EXPECT_EQ(Check_Access(store, CommParmsRight, toBool16(c.allowTemp), ui, &temporaryUser) != 0, c.allowed)
+            << c.name;
+        // Named only when a typed temporary user allowed it, as the store spells the name.
+        const bool byTemporary = c.allowed && !c.answers.empty() && !c.answers.back().userChanged;
+        EXPECT_EQ(temporaryUser, byTemporary ? upperCase(c.answers.back().name) : "") << c.name;
         EXPECT_EQ(ui.prompts, c.prompts) << c.name;
         EXPECT_EQ(ui.refusals, c.refusals) << c.name;
         if (c.changeTo.empty()) {

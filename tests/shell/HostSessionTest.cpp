@@ -7,6 +7,7 @@
 #include "runtime/RunTimeError.h"
 #include "shell/HostConfiguration.h"
 #include "shell/SessionMessages.h"
+#include "support/ChangeRecordLines.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
 #include "support/Wait.h"
@@ -445,6 +446,15 @@ TEST_F(Session, TheRulesOfShowingARecordRunOnEveryFetch)
         EXPECT_EQ(c.by, "rule");
     }
     EXPECT_EQ(corrected, (std::vector<std::string>{"bPurgeIfInactive", "OutHdrVal2"}));
+
+    // Sent, the corrections are recorded as the rules', not the user's.
+    settleWhenAsked();
+    ASSERT_TRUE(session->UpdateCommParms(port));
+    QStringList byRule;
+    for (const QJsonValue& field : test::changeRecordLines().at(0).value(QStringLiteral("fields")).toArray())
+        if (field.toObject().value(QStringLiteral("by")).toString() == QStringLiteral("rule"))
+            byRule << field.toObject().value(QStringLiteral("name")).toString();
+    EXPECT_EQ(byRule, (QStringList{QStringLiteral("bPurgeIfInactive"), QStringLiteral("OutHdrVal2")}));
 }
 
 TEST_F(Session, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
@@ -457,6 +467,47 @@ TEST_F(Session, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
     EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::UpdateNoAck)});
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 3u) << "nothing after the unacknowledged section";
     EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u);
+}
+
+// However an update ends while section 3 is awaited, it leaves one line saying so: the host
+// silent, the cable pulled, or the program ending (its window closes the socket, then calls off
+// the waits).
+TEST_F(Session, EveryEndOfAnUpdateLeavesOneLineThatSaysWhere)
+{
+    struct Case {
+        const char* outcome;
+        std::function<void(Session&)> atSectionThree;
+    } const cases[] = {
+        {"no-ack", [](Session& t) { t.timers.fire("tmrPacketWait"); }},
+        {"connection-lost",
+            [](Session& t) {
+                t.host().pullCable();
+                test::whenReady(
+                    [&t]() -> bool* {
+                        static bool gone = true;
+                        return t.session->connected() ? nullptr : &gone;
+                    },
+                    [&t](bool&) { t.timers.fire("tmrPacketWait"); });
+            }},
+        {"interrupted",
+            [](Session& t) {
+                t.session->closeSocket();
+                t.session->cancelWaits();
+            }},
+    };
+    for (const auto& c : cases) {
+        start();
+        connectAndFill();
+        ASSERT_TRUE(session->FetchCommParms(2));
+        host().faults.ackSectionsUpTo = 2;
+        whenHostHas(packet_type::PortParms, 3, [this, &c] { c.atSectionThree(*this); });
+        EXPECT_FALSE(session->UpdateCommParms(2));
+        const std::vector<QJsonObject> record = test::changeRecordLines();
+        ASSERT_EQ(record.size(), 1u) << c.outcome;
+        EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString().toStdString(), c.outcome);
+        EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.outcome;
+        EXPECT_EQ(record[0].value(QStringLiteral("port")).toInt(), 3) << c.outcome;
+    }
 }
 
 TEST_F(Session, ASilentHostStopsTheFetchAtItsFirstSection)

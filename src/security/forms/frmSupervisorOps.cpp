@@ -77,15 +77,22 @@ void frmSupervisorOps::addUser()
     if (const auto saved = form.savedIndex()) {
         auto* item = new QListWidgetItem(fromLatin1Bytes(store_.user(*saved).UserName), ui->lstUserList);
         item->setData(Qt::UserRole, *saved);
+        if (saved_)
+            saved_(std::nullopt, store_.user(*saved));
     }
 }
 
 void frmSupervisorOps::modifyUser()
 {
+    const UserEntry before = store_.user(store_.SelectedUser);
     frmUserInfo form(store_, rights_, boxes_, false, this);
     form.exec();
-    if (const auto saved = form.savedIndex(); saved && ui->lstUserList->currentItem())
-        ui->lstUserList->currentItem()->setText(fromLatin1Bytes(store_.user(*saved).UserName));
+    if (const auto saved = form.savedIndex()) {
+        if (ui->lstUserList->currentItem())
+            ui->lstUserList->currentItem()->setText(fromLatin1Bytes(store_.user(*saved).UserName));
+        if (saved_)
+            saved_(before, store_.user(*saved));
+    }
     LoadUserInfo();
 }
 
@@ -95,8 +102,11 @@ void frmSupervisorOps::deleteUser()
     if (boxes_.Show_Gen_MsgBox(deleteQuestion(user.UserName), msg::YesNo | msg::Exclamation, "Delete User?")
         != msg::ResultYes)
         return;
+    const UserEntry before = user;
     user.UserName.clear();
     store_.Save_User_Record(store_.SelectedUser);
+    if (saved_)
+        saved_(before, std::nullopt);
 
     // The next item takes the selection, or the one before when the last was deleted.
     const int row = ui->lstUserList->currentRow();

@@ -4,7 +4,9 @@
 
 #include <QDialog>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 class QListWidgetItem;
 
@@ -26,6 +28,12 @@ public:
     frmSupervisorOps(UserStore& store, const RightsList& rights, MessageBoxes& boxes, QWidget* parent = nullptr);
     ~frmSupervisorOps() override;
 
+    // Told of each change written to the store: the entry before (none: a user added) and after
+    // (none: deleted).
+    using UserSaved
+        = std::function<void(const std::optional<UserEntry>& before, const std::optional<UserEntry>& after)>;
+    void setUserSaved(UserSaved saved) { saved_ = std::move(saved); }
+
 private:
     void userSelected(QListWidgetItem* item);
     void LoadUserInfo();
@@ -38,6 +46,7 @@ private:
     UserStore& store_;
     const RightsList& rights_;
     MessageBoxes& boxes_;
+    UserSaved saved_;
 };
 
 } // namespace corvane

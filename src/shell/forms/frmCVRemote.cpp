@@ -63,6 +63,7 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
     , session_(config_, *this, services.timers)
     , model_(session_.portStatus())
 {
+    session_.setOrigin("desktop", services.osUser);
     ui->setupUi(this);
     setBackground(ui->lblSocketStatus, fromBgr(StartColour));
     ui->tgMainScreen->setModel(&model_);
@@ -100,6 +101,9 @@ frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
     connect(ui->mnuSetupUsers, &QAction::triggered, this, [this] {
         guardedCommand([this] {
             frmSupervisorOps form(store_, rights_, services_.boxes, this);
+            form.setUserSaved([this](const std::optional<UserEntry>& before, const std::optional<UserEntry>& after) {
+                recordLocalChange(change_kind::UserAdmin, session_.changeActor(), userFields(before, after, rights_));
+            });
             form.exec();
         });
     });
@@ -251,27 +255,40 @@ void frmCVRemote::currentUserChanged()
 
 void frmCVRemote::openConfiguration()
 {
-    if (!Check_Access(store_, CommParmsRight, TrueValue, prompts_))
+    ChangeActor actor = session_.changeActor();
+    if (!Check_Access(store_, CommParmsRight, TrueValue, prompts_, &actor.authorisedBy))
         return;
-    frmConfiguration form(config_, services_.boxes, this);
+    frmConfiguration form(config_, services_.boxes, actor, this);
     form.exec();
     // The picker shows the names as they now are.
     Populate_Host();
     selectHost(session_.hostIndex());
 }
 
-// One editor at a time: while one loads or is open, the button does nothing more.
+// One editor at a time: while one loads or is open, the button does nothing more. A temporary
+// user who let it open authorises the updates sent from it, and no more.
 void frmCVRemote::openCommParms()
 {
     if (editorOpen_)
         return;
-    if (!session_.cmdCommParms_Click([this] { return Check_Access(store_, CommParmsRight, TrueValue, prompts_) != 0; }))
+    std::string temporaryUser;
+    if (!session_.cmdCommParms_Click([this, &temporaryUser] {
+            return Check_Access(store_, CommParmsRight, TrueValue, prompts_, &temporaryUser) != 0;
+        }))
         return;
     editorOpen_ = true;
+    session_.setAuthorisedBy(temporaryUser);
+    struct Closed {
+        frmCVRemote& window;
+        ~Closed()
+        {
+            window.session_.setAuthorisedBy({});
+            window.editorOpen_ = false;
+        }
+    } closed{*this};
     frmCommParms editor(session_, services_, this);
     Q_EMIT commParmsOpened(editor);
     editor.run();
-    editorOpen_ = false;
 }
 
 void frmCVRemote::changeUser()

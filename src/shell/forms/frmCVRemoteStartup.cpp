@@ -73,7 +73,8 @@ void frmCVRemoteStartup::openConfiguration()
     if (!config.machineHiveWritable()) {
         services_.boxes.MsgBox(message::insufficientRights(), 0, toLatin1Bytes(QApplication::applicationName()));
     } else {
-        frmConfiguration form(config, services_.boxes, this);
+        // Before anyone has logged in: the record names the program and its account only.
+        frmConfiguration form(config, services_.boxes, ChangeActor{"desktop", services_.osUser, {}, {}}, this);
         form.exec();
     }
     Form_Activate(); // back at the start-up form, whether or not the window system says so

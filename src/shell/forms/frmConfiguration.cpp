@@ -15,11 +15,12 @@
 
 namespace corvane {
 
-frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, QWidget* parent)
+frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, ChangeActor actor, QWidget* parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::frmConfiguration>())
     , config_(config)
     , boxes_(boxes)
+    , actor_(std::move(actor))
 {
     ui->setupUi(this);
     names_ = {nullptr, ui->txtHostName_1, ui->txtHostName_2, ui->txtHostName_3, ui->txtHostName_4, ui->txtHostName_5};
@@ -122,7 +123,7 @@ void frmConfiguration::storePorts()
 void frmConfiguration::save()
 {
     storePorts();
-    if (!config_.save())
+    if (!saveConfiguration(config_, actor_))
         boxes_.MsgBox("The configuration could not be saved: this user may not write the machine's settings.",
             msg::Exclamation, toLatin1Bytes(QApplication::applicationName()));
     accept();

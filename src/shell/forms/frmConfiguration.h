@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/ChangeRecord.h"
+
 #include <QDialog>
 
 #include <array>
@@ -17,12 +19,13 @@ class HostConfiguration;
 class MessageBoxes;
 
 // The five hosts and the idle time. Typing changes the in-memory tables at once; Save writes
-// them to the registry, Cancel leaves the registry as it was.
+// them to the registry, and records what changed there in the name of `actor`; Cancel leaves the
+// registry as it was.
 class frmConfiguration : public QDialog {
     Q_OBJECT
 
 public:
-    frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, QWidget* parent = nullptr);
+    frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, ChangeActor actor, QWidget* parent = nullptr);
     ~frmConfiguration() override;
 
     void Populate_Host_Fields(int n);
@@ -39,6 +42,7 @@ private:
     std::unique_ptr<Ui::frmConfiguration> ui;
     HostConfiguration& config_;
     MessageBoxes& boxes_;
+    ChangeActor actor_;
     std::array<QLineEdit*, 6> names_{};
     std::array<QLineEdit*, 6> addresses_{};
     std::array<QLineEdit*, 6> ports_{};

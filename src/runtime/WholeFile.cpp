@@ -1,0 +1,157 @@
+#include "runtime/WholeFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <random>
+
+#ifdef _WIN32
+#include <filesystem>
+#include <fstream>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace corvane {
+namespace {
+
+std::string systemMessage(int error)
+{
+    return std::strerror(error);
+}
+
+std::string folderOf(const std::string& path)
+{
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos)
+        return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// A name beside the target that no one else would pick: hidden, and unlikely to be taken.
+std::string temporaryName(const std::string& path)
+{
+    static std::mt19937_64 random{std::random_device{}()};
+    const std::size_t slash = path.find_last_of('/');
+    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    char suffix[17];
+    std::snprintf(suffix, sizeof suffix, "%016llx", static_cast<unsigned long long>(random()));
+    return folderOf(path) + "/." + name + "." + suffix + ".tmp";
+}
+
+} // namespace
+
+#ifdef _WIN32
+
+// Untested: no Windows build has been made. No links to refuse there; the rename replaces.
+std::string wholeFileRefusal(const std::string& path)
+{
+    std::error_code ec;
+    const auto status = std::filesystem::symlink_status(path, ec);
+    if (ec || !std::filesystem::exists(status))
+        return {};
+    if (std::filesystem::is_symlink(status))
+        return "it is a symbolic link";
+    return std::filesystem::is_regular_file(status) ? std::string() : "it is not a regular file";
+}
+
+std::string writeWholeFile(const std::string& path, std::string_view bytes)
+{
+    if (std::string refusal = wholeFileRefusal(path); !refusal.empty())
+        return refusal;
+    const std::string temporary = temporaryName(path);
+    std::error_code ec;
+    {
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        if (out.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
+            out.close();
+            std::filesystem::rename(temporary, path, ec);
+            if (!ec)
+                return {};
+        }
+    }
+    std::filesystem::remove(temporary);
+    return ec ? ec.message() : "the file could not be written";
+}
+
+#else
+
+namespace {
+
+std::string refusalOf(const struct stat& status)
+{
+    if (S_ISLNK(status.st_mode))
+        return "it is a symbolic link (it is neither followed nor replaced)";
+    return S_ISREG(status.st_mode) ? std::string() : "it is not a regular file";
+}
+
+} // namespace
+
+std::string wholeFileRefusal(const std::string& path)
+{
+    struct stat status { };
+    // Nothing there, or nothing to tell until the write says what it met.
+    return ::lstat(path.c_str(), &status) == 0 ? refusalOf(status) : std::string();
+}
+
+std::string writeWholeFile(const std::string& path, std::string_view bytes)
+{
+    struct stat old { };
+    const bool hadOld = ::lstat(path.c_str(), &old) == 0;
+    if (!hadOld && errno != ENOENT)
+        return systemMessage(errno);
+    if (hadOld && !refusalOf(old).empty())
+        return refusalOf(old);
+
+    // O_EXCL never opens what is there, a link included: a name taken is passed over.
+    std::string temporary;
+    int fd = -1;
+    for (int attempt = 0; fd < 0 && attempt < 16; ++attempt) {
+        temporary = temporaryName(path);
+        fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, hadOld ? 0600 : 0666);
+        if (fd < 0 && errno != EEXIST)
+            return systemMessage(errno);
+    }
+    if (fd < 0)
+        return systemMessage(EEXIST);
+
+    int error = 0;
+    for (std::size_t done = 0; done < bytes.size() && !error;) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n > 0)
+            done += static_cast<std::size_t>(n);
+        else if (n == 0)
+            error = ENOSPC;
+        else if (errno != EINTR)
+            error = errno;
+    }
+    if (!error && hadOld) {
+        // The group as before where this user may give it; the mode as before in any case.
+        [[maybe_unused]] const int grouped = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
+        if (::fchmod(fd, old.st_mode & 07777) != 0)
+            error = errno;
+    }
+    if (!error && ::fsync(fd) != 0)
+        error = errno;
+    if (::close(fd) != 0 && !error)
+        error = errno;
+    if (!error && ::rename(temporary.c_str(), path.c_str()) != 0)
+        error = errno;
+    if (error) {
+        ::unlink(temporary.c_str());
+        return systemMessage(error);
+    }
+    // The rename itself reaches the disk with its folder; a folder that cannot be synced is no
+    // failure of the write.
+    if (const int folder = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); folder >= 0) {
+        ::fsync(folder);
+        ::close(folder);
+    }
+    return {};
+}
+
+#endif
+
+} // namespace corvane
