@@ -9,6 +9,7 @@
 #include "platform/Desktop.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
+#include "platform/StopSignals.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RunTimeError.h"
 #include "security/FirstStore.h"
@@ -127,6 +128,10 @@ int main(int argc, char** argv)
         QObject::connect(&program, &DesktopProgram::mainWindowShown, &app,
             [&pictures](frmCVRemote& window) { pictures->mainShown(window); });
     }
+    // A signal ends the session as closing the window does: an update under way is called off
+    // and says so in the record of changes before the program exits with 128 + the signal.
+    StopSignals stops([&stops] { QCoreApplication::exit(128 + stops.caught()); });
     program.start();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    return stops.caught() != 0 ? 128 + stops.caught() : status;
 }

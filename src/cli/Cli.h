@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/StopSignals.h"
+#include "platform/StopSignals.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "security/Login.h"

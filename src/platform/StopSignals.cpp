@@ -1,4 +1,4 @@
-#include "cli/StopSignals.h"
+#include "platform/StopSignals.h"
 
 #include <QSocketNotifier>
 
@@ -11,7 +11,7 @@
 #include <unistd.h>
 #endif
 
-namespace corvane::cli {
+namespace corvane {
 namespace {
 
 volatile std::sig_atomic_t caughtSignal = 0;
@@ -78,4 +78,4 @@ int StopSignals::caught() const
     return caughtSignal;
 }
 
-} // namespace corvane::cli
+} // namespace corvane

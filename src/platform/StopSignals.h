@@ -5,11 +5,11 @@
 
 class QSocketNotifier;
 
-namespace corvane::cli {
+namespace corvane {
 
-// SIGINT, SIGTERM and SIGHUP end the client in order rather than at once: the handler only notes
+// SIGINT, SIGTERM and SIGHUP end a program in order rather than at once: the handler only notes
 // the signal and writes a byte to a pipe, and the event loop, hearing it, runs `heard` (which
-// calls off the waits), so that whatever is under way can finish its books and the client exit
+// calls off the waits), so that whatever is under way can finish its books and the program exit
 // with 128 + the signal's number. One at a time; the actions before it come back when it goes.
 class StopSignals {
 public:
@@ -27,4 +27,4 @@ private:
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 
-} // namespace corvane::cli
+} // namespace corvane
