@@ -84,8 +84,9 @@ public:
         // wants the host's surplus to show within it.
         QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, program.get(),
             [this] {
-                if (settleAcksAtOnce)
-                    timers.fireIfRunning("tmrAckSettle");
+                if (settleAcksAtOnce && timers.running("tmrAckSettle"))
+                    QMetaObject::invokeMethod(
+                        program.get(), [this] { timers.fireIfRunning("tmrAckSettle"); }, Qt::QueuedConnection);
             });
         program->start();
         EXPECT_TRUE(timers["tmrStartup"].isActive()) << "shown is enough; no activation needed";

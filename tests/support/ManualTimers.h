@@ -59,6 +59,11 @@ public:
             (*this)[name].fire();
     }
 
+    bool running(const std::string& name) const
+    {
+        const auto found = timers_.find(name);
+        return found != timers_.end() && found->second && found->second->isActive();
+    }
     // One tick of a timer that exists and runs; nothing otherwise.
     void fireIfRunning(const std::string& name)
     {
