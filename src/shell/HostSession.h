@@ -56,7 +56,7 @@ class HostSession : public QObject, public ParmsLink {
 public:
     // How long after an update's sixth acknowledgement further ones are looked for before the
     // trailer goes out: a host that acknowledges twice shows itself within it.
-    static constexpr int AckSettleMs = 250;
+    static constexpr int AckSettleMs = 100;
 
     HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, QObject* parent = nullptr);
     ~HostSession() override;
