@@ -4,6 +4,8 @@
 #include "security/FirstStore.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
+#include "security/Rights.h"
+#include "security/forms/frmTempMsg.h"
 #include "shell/SessionMessages.h"
 #include "shell/forms/frmConfiguration.h"
 #include "support/ChangeRecordLines.h"
@@ -52,6 +54,35 @@ TEST_F(Program, ALoggedInUserSavesAPortsChangeToTheHost)
     EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("desktop"));
     window.close();
     EXPECT_EQ(finished, EXIT_SUCCESS);
+}
+
+// A user without the Comm Parameters right has a temporary user open the editor: the update sent
+// from it is recorded as the logged-in user's, authorised by the temporary one.
+TEST_F(Program, ATemporaryUserAuthorisesTheEditorsUpdate)
+{
+    test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", ""), test::user("SMITH", "pw"),
+        test::user("JONES", "jj", {CommParmsRight})});
+    Save_Last_User(*plant.registry, "SMITH");
+    test::whenModal<frmChangeUser>([&](frmChangeUser& form) {
+        QTest::keyClicks(&control<QLineEdit>(form, "txtPassword"), QStringLiteral("pw"));
+        QTest::keyClick(&control<QLineEdit>(form, "txtPassword"), Qt::Key_Return);
+    });
+    test::whenModal<frmTempMsg>([](frmTempMsg& form) {
+        QTest::keyClicks(&control<QLineEdit>(form, "txtTempUserName"), QStringLiteral("JONES"));
+        QTest::keyClicks(&control<QLineEdit>(form, "txtTempPassword"), QStringLiteral("jj"));
+        control<QPushButton>(form, "cmdButton_0").click();
+    });
+    test::whenModal<frmCommParms>([&](frmCommParms& editor) {
+        test::typeFooter(editor, QStringLiteral("M97"));
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
+    });
+    start(test::editingPort(15));
+    ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 1; }));
+    const QJsonObject line = test::changeRecordLines().at(0);
+    EXPECT_EQ(line.value(QStringLiteral("user")).toString(), QStringLiteral("SMITH"));
+    EXPECT_EQ(line.value(QStringLiteral("authorisedBy")).toString(), QStringLiteral("JONES"));
+    EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("desktop"));
 }
 
 // The box takes the focus, as on any desktop, and the field goes back: Save writes no duplicate.
