@@ -204,9 +204,10 @@ TEST_F(Cli, ExportThenImportPutsThePortsBack)
 // imports back even where the rules hold a control disabled.
 TEST_F(Cli, ImportGoesThroughTheEditorsRules)
 {
-    PortCommParms& ge = plant.host.plant().parms.PortCommParmsTable[2];
+    PortCommParms& ge = plant.host.plant().parms.PortCommParmsTable[2]; // until the host stores an update
     ge.SpecificProtocol = protocol::Ge2000;
     ge.bPurgeIfInactive = TrueValue;
+    const std::int16_t baud = ge.Baud;
     ASSERT_EQ(cli(words("export 3 --file") << path("ge.json")).exitCode, 0);
     const Outcome back = cli({QStringLiteral("import"), path("ge.json")});
     EXPECT_EQ(back.exitCode, 0) << back.err.toStdString();
@@ -231,7 +232,7 @@ TEST_F(Cli, ImportGoesThroughTheEditorsRules)
         EXPECT_TRUE(r.err.contains(QString::fromLatin1(c.says))) << r.err.toStdString();
         ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == c.updates; }));
     }
-    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].Baud, ge.Baud);
+    EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].Baud, baud);
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].EobNullNumber, 64);
 }
 
