@@ -282,7 +282,8 @@ int config(Client& client)
 {
     QStringList args = client.options().arguments;
     const QString what = args.value(0);
-    args.removeFirst();
+    if (!args.isEmpty())
+        args.removeFirst();
     if (what != QLatin1String("show") && what != QLatin1String("set-host") && what != QLatin1String("set-idle"))
         throw UsageError{QStringLiteral("config takes show, set-host or set-idle")};
     client.logIn();

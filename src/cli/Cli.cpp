@@ -1,5 +1,7 @@
 #include "cli/Cli.h"
 
+#include "cli/PasswordInput.h"
+
 #include "dialogs/MessageStyle.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
@@ -122,8 +124,11 @@ Options parseOptions(const QStringList& arguments)
                 = numberOption(QStringLiteral("--host-number"), value(QStringLiteral("--host-number")), 1, HostCount);
         } else if (is("--user")) {
             o.user = value(QStringLiteral("--user"));
+        } else if (is("--password-file")) {
+            o.passwordFile = value(QStringLiteral("--password-file"));
         } else if (is("--password")) {
             o.password = value(QStringLiteral("--password"));
+            o.passwordOnCommandLine = true;
         } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
             o.command = QStringLiteral("help");
             inCommand = true;
@@ -137,7 +142,9 @@ Options parseOptions(const QStringList& arguments)
             inCommand = true;
         }
     }
-    if (!o.password && !qEnvironmentVariableIsEmpty("CORVANE_PASSWORD"))
+    if (o.password && o.passwordFile)
+        throw UsageError{QStringLiteral("give --password or --password-file, not both")};
+    if (!o.password && !o.passwordFile && !qEnvironmentVariableIsEmpty("CORVANE_PASSWORD"))
         o.password = qEnvironmentVariable("CORVANE_PASSWORD");
     if (o.command.isEmpty())
         throw UsageError{QStringLiteral("no command given")};
@@ -162,7 +169,9 @@ QString helpText(const QString& command)
         "                       --host and no configuration)\n"
         "  --host-number N      configured host N, 1 to 5\n"
         "  --user NAME          log in as NAME\n"
-        "  --password TEXT      its password (or the environment variable CORVANE_PASSWORD)\n"
+        "  --password-file FILE its password: the first line of FILE, which only its owner may read\n"
+        "  --password TEXT      its password, seen by every user in the process list (warned about);\n"
+        "                       else CORVANE_PASSWORD, else asked for without echo at a terminal\n"
         "  --json               machine-readable output on standard output\n"
         "  --yes                answer Yes to the questions (purge, deleting a user, the supervisor's\n"
         "                       first password)\n"
@@ -216,9 +225,28 @@ int Client::run()
     return signal ? 128 + signal : status;
 }
 
+// Where the password comes from: a file only its owner may read, the command line (which every
+// user of the computer can see), the environment, or a prompt without echo.
+void Client::resolvePassword()
+{
+    if (options_.passwordOnCommandLine)
+        say("corvane-remote-cli: warning: a password given with --password can be seen by every user of this "
+            "computer in the process list; use --password-file, CORVANE_PASSWORD or the prompt.");
+    if (options_.passwordFile) {
+        const PasswordFromFile read = readPasswordFile(options_.passwordFile->toLocal8Bit().toStdString());
+        if (!read.password)
+            throw UsageError{QString::fromLocal8Bit(read.refusal.c_str())};
+        options_.password = fromLatin1Bytes(*read.password);
+    }
+    if (options_.user && !options_.password)
+        if (const auto typed = askPassword("Password for " + toLatin1Bytes(*options_.user) + ": "))
+            options_.password = fromLatin1Bytes(*typed);
+}
+
 int Client::runCommand()
 {
     try {
+        resolvePassword();
         if (options_.command == QLatin1String("help")) {
             std::fputs(qPrintable(helpText(options_.arguments.value(0))), stdout);
             return Done;
@@ -373,12 +401,31 @@ std::int16_t Client::portArgument(const QString& text) const
     return static_cast<std::int16_t>(numberOption(QStringLiteral("PORT"), text, 1, GridRows));
 }
 
+// Text from the host (names, messages, versions) reaches a terminal as it stands only where it
+// is plain: a control character (C0, DEL, or C1, which some terminals take as the start of a
+// command) is written as \xNN, so that no host can move the cursor, ring, retitle the window or
+// forge a line of output.
+QString shownOnTerminal(const QString& text, bool keepLineBreaks)
+{
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        const bool control = u < 0x20 || (u >= 0x7f && u < 0xa0);
+        if (!control || u == u'\t' || (keepLineBreaks && u == u'\n'))
+            out += c;
+        else
+            out += QStringLiteral("\\x%1").arg(static_cast<int>(u), 2, 16, QLatin1Char('0'));
+    }
+    return out;
+}
+
 void Client::say(const std::string& text) const
 {
     std::string lines = text;
     for (std::size_t at = lines.find("\r\n"); at != std::string::npos; at = lines.find("\r\n", at))
         lines.erase(at, 1);
-    std::fprintf(stderr, "%s\n", qPrintable(fromLatin1Bytes(lines)));
+    std::fprintf(stderr, "%s\n", qPrintable(shownOnTerminal(fromLatin1Bytes(lines), true)));
     std::fflush(stderr);
 }
 
@@ -401,7 +448,7 @@ void writeOut(QByteArray bytes)
 
 void Client::print(const QString& text) const
 {
-    writeOut(text.toLocal8Bit());
+    writeOut(shownOnTerminal(text, false).toLocal8Bit());
 }
 
 void Client::printJson(const QJsonValue& value, bool indented) const

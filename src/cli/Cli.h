@@ -41,6 +41,8 @@ struct Options {
     std::optional<int> hostNumber;
     std::optional<QString> user;
     std::optional<QString> password;
+    bool passwordOnCommandLine = false; // seen in the process list: warned about
+    std::optional<QString> passwordFile;
     bool json = false;
     bool yes = false;
     QString command;
@@ -57,6 +59,9 @@ struct Ending {
 };
 
 Options parseOptions(const QStringList& arguments); // throws UsageError
+// Text as it may reach a terminal: control characters written as \xNN (line breaks kept when
+// asked).
+QString shownOnTerminal(const QString& text, bool keepLineBreaks);
 QString helpText(const QString& command = {});
 
 // The client: the desktop's session, rules, user store and access checks, answered on the
@@ -111,6 +116,7 @@ public:
 
 private:
     int runCommand();
+    void resolvePassword();
     void awaitPortStates();
     // SessionUi
     void showMessage(const std::string& text) override;

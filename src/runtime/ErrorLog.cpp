@@ -6,6 +6,8 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -17,6 +19,11 @@ namespace corvane {
 std::string errorLogPath()
 {
     return programFolder() + "/error.log";
+}
+
+std::string previousErrorLogPath()
+{
+    return programFolder() + "/error-Previous.log";
 }
 
 std::string errorLogLine(int location, int errorNumber)
@@ -83,10 +90,55 @@ int appendLogLine(const std::string& path, std::string_view line)
 #endif
 }
 
+namespace {
+
+long long fileSize(const std::string& path)
+{
+    std::error_code ec;
+    const auto size = std::filesystem::file_size(path, ec);
+    return ec ? -1 : static_cast<long long>(size);
+}
+
+// The last line this process wrote, and how many times it has come again since; a log that
+// someone else wrote to or took away in the meantime starts afresh.
+struct Repeats {
+    std::string key;
+    long long sizeAfter = -2;
+    int count = 0;
+};
+
+Repeats& repeats()
+{
+    static Repeats r;
+    return r;
+}
+
+} // namespace
+
 void Log_Run_Time_Error(int location, int errorNumber)
 {
     try {
-        appendLogLine(errorLogPath(), errorLogLine(location, errorNumber));
+        const std::string path = errorLogPath();
+        if (!logWriterSet() && fileSize(path) > ErrorLogRotateAbove) {
+            std::error_code ec;
+            std::filesystem::rename(path, previousErrorLogPath(), ec);
+        }
+        const std::string line = errorLogLine(location, errorNumber);
+        const std::string key = line.substr(0, line.find(' ', line.find("Err = ") + 6));
+        Repeats& r = repeats();
+        const long long size = logWriterSet() ? -1 : fileSize(path);
+        const bool ours = size == r.sizeAfter;
+        if (ours && key == r.key && r.count + 1 < ErrorLogRepeatsCounted) {
+            ++r.count;
+            return;
+        }
+        if (ours && r.count > 0)
+            appendLogLine(path,
+                r.key + " repeated " + std::to_string(key == r.key ? r.count + 1 : r.count) + " more times "
+                    + generalDateText(now()));
+        if (!(ours && key == r.key))
+            appendLogLine(path, line);
+        r = {key, logWriterSet() ? -1 : fileSize(path), 0};
     } catch (...) {
         // The log is the last resort: a failure to write it is not reported anywhere.
     }

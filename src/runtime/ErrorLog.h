@@ -11,7 +11,12 @@ namespace corvane {
 
 // Trapped run-time errors go to "error.log" in the program folder, one line each:
 // "Error Location " + three-digit location + " " + "Err = " + number + " " + date and time.
-// Lines are appended and never truncated; a log that cannot be written is passed over silently.
+// A log that cannot be written is passed over silently. So that an error a host provokes with
+// every packet cannot fill the disk, the same location and error again and again in a row are
+// written once, then counted: the count goes in with the next other line, or every
+// ErrorLogRepeatsCounted repeats ("Error Location 155 Err = 9 repeated 1000 more times ...");
+// and above ErrorLogRotateAbove bytes the log becomes "error-Previous.log" (one older
+// generation, as the packet log keeps) before the next line is written.
 
 // Location numbers of the routines that trap.
 namespace location {
@@ -22,7 +27,10 @@ inline constexpr int CommParmsUpdate = 311; // the parameter editor's update
 inline constexpr int ChangeRecord = 312; // the record of parameter changes
 } // namespace location
 
+inline constexpr long long ErrorLogRotateAbove = 1 << 20; // bytes
+inline constexpr int ErrorLogRepeatsCounted = 1000;
 std::string errorLogPath();
+std::string previousErrorLogPath();
 std::string errorLogLine(int location, int errorNumber);
 void Log_Run_Time_Error(int location, int errorNumber);
 

@@ -18,6 +18,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <csignal>
 #include <filesystem>
 #include <memory>
@@ -281,6 +283,71 @@ TEST_F(Cli, FetchAndUpdateAgainstPoliteAndHostilePeers)
     }
 }
 
+// Every command and sub-command, missing or unknown, is a usage error with its usage.
+TEST_F(Cli, MissingOrUnknownCommandsAreUsageErrors)
+{
+    for (const char* line : {"", "bogus", "--bogus status", "config", "config bogus", "users", "users bogus",
+             "watch --interval x", "history --since yesterday", "get-parms", "set-parms 3"}) {
+        const Outcome r = cli(line);
+        EXPECT_EQ(r.exitCode, 2) << line << ": " << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains(QStringLiteral("Try 'corvane-remote-cli"))) << line << ": " << r.err.toStdString();
+    }
+}
+
+// A password comes from a file only its owner may read; one on the command line is warned about,
+// as every user of the computer can see it.
+TEST_F(Cli, PasswordsComeFromAFileOnlyItsOwnerMayRead)
+{
+    const QString file = path("password");
+    plant.folder.write("password", "\n");
+    struct Case {
+        const char* name;
+        std::function<void()> arrange;
+        int status;
+        const char* says;
+    } const cases[] = {
+        {"readable by its owner only", [&] { std::filesystem::permissions(plant.folder.file("password"),
+                                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write); },
+            0, ""},
+        {"readable by the group", [&] { std::filesystem::permissions(plant.folder.file("password"),
+                                            std::filesystem::perms::group_read, std::filesystem::perm_options::add); },
+            2, "others may read or write it"},
+        {"a link", [&] {
+             std::filesystem::remove(plant.folder.file("password"));
+             plant.folder.write("elsewhere", "\n");
+             std::filesystem::permissions(plant.folder.file("elsewhere"), std::filesystem::perms::owner_read);
+             std::filesystem::create_symlink(plant.folder.file("elsewhere"), plant.folder.file("password"));
+         },
+            2, "is a symbolic link"},
+        {"a pipe, which nothing writes", [&] {
+             std::filesystem::remove(plant.folder.file("password"));
+             ASSERT_EQ(::mkfifo(plant.folder.file("password").c_str(), 0600), 0);
+         },
+            2, "is no regular file"},
+    };
+    for (const Case& c : cases) {
+        c.arrange();
+        const Outcome r = cli({QStringLiteral("--user"), QStringLiteral("supervisor"), QStringLiteral("--password-file"),
+            file, QStringLiteral("config"), QStringLiteral("show")});
+        EXPECT_EQ(r.exitCode, c.status) << c.name << ": " << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains(QLatin1String(c.says))) << c.name << ": " << r.err.toStdString();
+    }
+    const Outcome seen = cli(words("--user supervisor --password x config show"));
+    EXPECT_TRUE(seen.err.contains(QStringLiteral("can be seen by every user"))) << seen.err.toStdString();
+}
+
+// Text from the host reaches a terminal with its control characters spelt out: no host can
+// clear the screen, ring the bell or forge a line.
+TEST_F(Cli, TheHostsTextIsShownNotObeyed)
+{
+    plant.host.plant().status[0].WorkstationName = "LATHE\x1b[2J\x07\nPORT 99";
+    const Outcome r = cli("status");
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.contains(QStringLiteral("LATHE\\x1b[2J\\x07\\x0aPORT 99"))) << r.out.toStdString();
+    EXPECT_FALSE(r.out.contains(QLatin1Char('\x1b')));
+    EXPECT_FALSE(r.out.contains(QLatin1Char('\x07')));
+}
+
 TEST_F(Cli, ConfigIsTheConfigurationFormsAndItsRules)
 {
     EXPECT_EQ(cli("config set-host 4 --name Bay4 --address 10.1.2.3 --socket-port 70000").exitCode, 0);
@@ -326,7 +393,7 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
     std::filesystem::create_directory(plant.folder.file("BRELLWICK/BWKXBIDS.DAT.new"));
     const Outcome unwritable = supervisor("boss", "users grant jones all");
     EXPECT_EQ(unwritable.exitCode, 6);
-    EXPECT_TRUE(unwritable.err.startsWith(QStringLiteral("Run-time error '75':\n"))) << unwritable.err.toStdString();
+    EXPECT_TRUE(unwritable.err.contains(QStringLiteral("\nRun-time error '75':\n"))) << unwritable.err.toStdString();
     EXPECT_EQ(plant.folder.read("BRELLWICK/BWKXBIDS.DAT"), before);
     std::filesystem::remove(plant.folder.file("BRELLWICK/BWKXBIDS.DAT.new"));
 

@@ -28,6 +28,32 @@ TEST(ErrorLog, EachTrappedErrorAppendsOneLine)
     EXPECT_EQ(folder.lines("error.log"), expected);
 }
 
+// An error a host provokes with every packet is written once and then counted, so that it cannot
+// fill the disk; a full log keeps one older generation.
+TEST(ErrorLog, RepeatsAreCountedAndAFullLogRotates)
+{
+    test::ScratchProgramFolder folder;
+    for (int i = 0; i < 2 * ErrorLogRepeatsCounted + 5; ++i)
+        Log_Run_Time_Error(location::PacketDispatch, err::SubscriptOutOfRange);
+    Log_Run_Time_Error(location::SharedModule, err::Overflow);
+    const std::string when = test::ScratchProgramFolder::momentText();
+    const std::string repeated = "Error Location 155 Err = 9 repeated ";
+    EXPECT_EQ(folder.lines("error.log"),
+        (std::vector<std::string>{"Error Location 155 Err = 9 " + when, repeated + "1000 more times " + when,
+            repeated + "1000 more times " + when, repeated + "4 more times " + when,
+            "Error Location 143 Err = 6 " + when}));
+
+    // A log that somebody else wrote to, or took away, since starts afresh.
+    std::filesystem::remove(folder.file("error.log"));
+    Log_Run_Time_Error(location::SharedModule, err::Overflow);
+    EXPECT_EQ(folder.lines("error.log").size(), 1u);
+
+    folder.write("error.log", std::string(ErrorLogRotateAbove + 1, 'x'));
+    Log_Run_Time_Error(location::PacketDispatch, err::Overflow);
+    EXPECT_EQ(folder.lines("error.log"), std::vector<std::string>{"Error Location 155 Err = 6 " + when});
+    EXPECT_EQ(folder.read("error-Previous.log").size(), static_cast<std::size_t>(ErrorLogRotateAbove + 1));
+}
+
 TEST(ErrorLog, AnUnwritableLogIsPassedOverSilently)
 {
     test::ScratchProgramFolder folder;
