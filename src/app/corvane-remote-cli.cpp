@@ -1,6 +1,7 @@
 // The terminal for scripts: corvane-remote-cli status
 #include "app/OsUser.h"
 #include "cli/Cli.h"
+#include "runtime/NoCoreDumps.h"
 #include "runtime/ProgramFolder.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,7 @@
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
+    corvane::keepSecretsOutOfCoreDumps(); // before the user store or any password is read
     QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
     corvane::setExecutableFolder(QCoreApplication::applicationDirPath().toStdString());
     try {

@@ -10,6 +10,7 @@
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "platform/StopSignals.h"
+#include "runtime/NoCoreDumps.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RunTimeError.h"
 #include "security/FirstStore.h"
@@ -100,6 +101,7 @@ int main(int argc, char** argv)
     }
 
     QApplication app(argc, argv);
+    keepSecretsOutOfCoreDumps(); // before the user store or any password is read
     setExecutableFolder(QApplication::applicationDirPath().toStdString());
 
     Demo demoHost;

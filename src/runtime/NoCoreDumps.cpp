@@ -1,0 +1,26 @@
+#include "runtime/NoCoreDumps.h"
+
+#if defined(__linux__)
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#elif !defined(_WIN32)
+#include <sys/resource.h>
+#endif
+
+namespace corvane {
+
+bool keepSecretsOutOfCoreDumps()
+{
+#if defined(_WIN32)
+    return false; // no core files; crash dumps are the system's setting
+#else
+    const rlimit none{0, 0};
+    bool done = ::setrlimit(RLIMIT_CORE, &none) == 0;
+#if defined(__linux__)
+    done = ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) == 0 && done;
+#endif
+    return done;
+#endif
+}
+
+} // namespace corvane
