@@ -5,6 +5,7 @@
 #include "commparms/FieldEdit.h"
 #include "commparms/RecordFields.h"
 #include "platform/Latin1.h"
+#include "runtime/BoundedRead.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/WholeFile.h"
 #include "shell/ChangeRecord.h"
@@ -131,14 +132,18 @@ struct FileRecords {
     std::vector<std::pair<const RecordField*, FieldValue>> values;
 };
 
+// An export of all 128 ports is some 700 KB: a file many times that is no export.
+constexpr long long ImportFileLimit = 16LL << 20;
+
 // The file's ports, every field checked before anything is sent; ends with 2 on the first fault.
 std::vector<FileRecords> readExport(const QString& path, const QStringList& only)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw UsageError{QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
+    const BoundedRead read = readBoundedFile(path.toLocal8Bit().toStdString(), ImportFileLimit);
+    if (!read.refusal.empty())
+        throw UsageError{QStringLiteral("cannot read %1: %2").arg(path, QString::fromLocal8Bit(read.refusal.c_str()))};
     QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(
+        QByteArray::fromRawData(read.bytes.data(), static_cast<qsizetype>(read.bytes.size())), &error);
     if (!document.isObject())
         throw UsageError{QStringLiteral("%1 is no export of port parameters: %2").arg(path, error.errorString())};
     std::vector<FileRecords> out;

@@ -1,11 +1,18 @@
 #include "platform/Registry.h"
 
+#include "runtime/BoundedRead.h"
+
 #include <QDir>
+#include <QSet>
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <cstdio>
+
 namespace corvane {
 namespace {
+
+constexpr long long SettingsFileLimit = 1 << 20;
 
 QString groupOf(const QString& key)
 {
@@ -58,8 +65,21 @@ private:
             = hive == Hive::Machine ? QStringLiteral("HKEY_LOCAL_MACHINE") : QStringLiteral("HKEY_CURRENT_USER");
         return std::make_unique<QSettings>(root, QSettings::Registry32Format);
 #else
-        const QString file = hive == Hive::Machine ? QStringLiteral("machine.ini") : QStringLiteral("user.ini");
-        return std::make_unique<QSettings>(QDir(registryFolder()).filePath(file), QSettings::IniFormat);
+        const QString file = QDir(registryFolder())
+                                 .filePath(hive == Hive::Machine ? QStringLiteral("machine.ini") : QStringLiteral("user.ini"));
+        // A settings file is small: what is no regular file (a pipe would hold the program up)
+        // or is far larger than any the program writes is not read, and the hive reads empty.
+        const BoundedRead check = readBoundedFile(file.toLocal8Bit().toStdString(), SettingsFileLimit);
+        if (!check.refusal.empty() && !check.missing) {
+            static QSet<QString> told;
+            if (!told.contains(file)) {
+                told.insert(file);
+                std::fprintf(stderr, "The settings file %s is not read: %s.\n", qPrintable(file), check.refusal.c_str());
+            }
+            // Nothing can be read there and nothing written: no file lies below a device.
+            return std::make_unique<QSettings>(QStringLiteral("/dev/null/settings.ini"), QSettings::IniFormat);
+        }
+        return std::make_unique<QSettings>(file, QSettings::IniFormat);
 #endif
     }
 

@@ -238,6 +238,29 @@ TEST_F(Cli, ImportGoesThroughTheEditorsRules)
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].EobNullNumber, 64);
 }
 
+// import reads a regular file of an export's size only: a device, a pipe nothing writes or a file
+// far larger than any export is refused at once, before any connection, in small memory.
+TEST_F(Cli, ImportReadsOnlyARegularFileOfAnExportsSize)
+{
+    ASSERT_EQ(::mkfifo(plant.folder.file("pipe").c_str(), 0600), 0);
+    plant.folder.write("big.json", ""); // grown sparse: a gigabyte that takes no disk
+    std::filesystem::resize_file(plant.folder.file("big.json"), 1LL << 30);
+    const struct {
+        QString file;
+        const char* says;
+    } cases[] = {
+        {QStringLiteral("/dev/zero"), "it is no regular file"},
+        {path("pipe"), "it is no regular file"},
+        {path("big.json"), "it holds more than"},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = cli({QStringLiteral("import"), c.file});
+        EXPECT_EQ(r.exitCode, 2) << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains(QLatin1String(c.says))) << r.err.toStdString();
+    }
+    EXPECT_TRUE(plant.received.empty()) << "nothing was even connected";
+}
+
 // Whatever the host pushes between its replies or repeats, the client prints only what the host
 // holds; an update whose acknowledgements outnumber its sections is uncertain: exit 1, no trailer.
 TEST_F(Cli, FetchAndUpdateAgainstPoliteAndHostilePeers)

@@ -7,6 +7,8 @@
 
 #include <cstdlib>
 
+#include <sys/stat.h>
+
 namespace corvane {
 namespace {
 
@@ -56,6 +58,28 @@ TEST_F(IniRegistry, AFolderThatCannotBeWrittenRefusesTheKey)
     auto registry = openSystemRegistry();
     EXPECT_FALSE(registry->createKey(Hive::Machine, QStringLiteral("Software\\Brellwick\\AccessTest")));
     EXPECT_FALSE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostName1"), QStringLiteral("x")));
+}
+
+// A settings file that is no regular file (a pipe would hold the program up) or far larger than
+// any the program writes is not read: its hive reads empty and takes nothing.
+TEST_F(IniRegistry, ASettingsFileThatIsNoneIsNotRead)
+{
+    const QString machine = dir.filePath(QStringLiteral("machine.ini"));
+    for (const bool pipe : {true, false}) {
+        QFile::remove(machine);
+        if (pipe) {
+            ASSERT_EQ(::mkfifo(machine.toLocal8Bit().constData(), 0600), 0);
+        } else {
+            QFile big(machine);
+            ASSERT_TRUE(big.open(QIODevice::WriteOnly));
+            big.write("[Software]\nHostIP1=10.0.0.9\n");
+            big.write(QByteArray(2 << 20, ';'));
+        }
+        auto registry = openSystemRegistry();
+        EXPECT_EQ(registry->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QString()) << pipe;
+        EXPECT_FALSE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1"), QStringLiteral("x")))
+            << pipe;
+    }
 }
 
 } // namespace
