@@ -4,6 +4,7 @@
 #include "runtime/ErrorLog.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RunTimeError.h"
+#include "runtime/Text.h"
 
 #include <filesystem>
 #include <system_error>
@@ -53,7 +54,7 @@ void Log_Packet_Error(std::string_view message)
         if (!logWriterSet())
             rotateIfFull(current, previousPacketLogPath());
         std::string line = "Packet Error Location " + std::to_string(PacketLogLocation) + " ";
-        line.append(message);
+        line.append(escapedControls(message)); // the host's text, which may hold anything
         line += ' ';
         line += generalDateText(now());
         if (const int error = appendLogLine(current, line))

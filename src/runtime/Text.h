@@ -30,6 +30,10 @@ std::string_view trimBlanks(std::string_view text);
 std::string fixedWidth(std::string_view text, std::size_t width);
 
 // A message's lines joined by CR LF; an empty piece is an empty line.
+// The text with every control character (C0, DEL, C1) written as \xNN, so that text from the
+// host can neither split a line of a log nor command a terminal that shows it.
+std::string escapedControls(std::string_view text);
+
 std::string joinLines(std::initializer_list<std::string_view> lines);
 
 } // namespace corvane

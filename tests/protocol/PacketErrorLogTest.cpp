@@ -32,6 +32,18 @@ TEST(PacketErrorLog, RotatesOnlyAboveTenThousandBytes)
     }
 }
 
+// The host's text goes into the log with its control characters spelt out: a line break in it
+// cannot split the line or forge another, an escape sequence cannot command a terminal that
+// shows the log.
+TEST(PacketErrorLog, TheHostsTextCannotSplitOrForgeALine)
+{
+    test::ScratchProgramFolder folder;
+    Log_Packet_Error("ACK\r\nPacket Error Location 501 forged\x1b[2J\x02\x9b");
+    EXPECT_EQ(folder.lines(Current),
+        std::vector<std::string>{"Packet Error Location 501 ACK\\x0d\\x0aPacket Error Location 501 forged\\x1b[2J\\x02\\x9b "
+            + test::ScratchProgramFolder::momentText()});
+}
+
 TEST(PacketErrorLog, AFaultOfTheLogGoesToTheFallbackLineAndTheMessageIsLost)
 {
     test::ScratchProgramFolder folder;
