@@ -196,11 +196,18 @@ int usersAdd(Client& client, QStringList args)
             checked[rightsRow(client.rights(), args[i])] = true;
         args = args.mid(0, at);
     }
-    if (args.size() != 1 || trimBlanks(toLatin1Bytes(args[0])).empty())
+    if (args.size() != 1)
         throw UsageError{QStringLiteral("users add takes one NAME")};
     const std::string name = toLatin1Bytes(args[0]);
     if (userNameTaken(client.users(), name)) {
         client.say("Entered user name already exists.  Please change.");
+        return Usage;
+    }
+    std::optional<std::string> refused = refusedName(name);
+    if (!refused)
+        refused = refusedPassword(client.users(), Nobody, password, {}, false);
+    if (refused) {
+        client.say(*refused);
         return Usage;
     }
     saveUser(client, takeFreeEntry(client.users()), name, password, checked);
@@ -210,8 +217,10 @@ int usersAdd(Client& client, QStringList args)
 int usersPasswd(Client& client, QStringList args)
 {
     const std::optional<QString> given = takeOption(args, QStringLiteral("--new-password"));
-    if (args.size() != 1)
-        throw UsageError{QStringLiteral("users passwd takes one NAME")};
+    // Removing a password is said in so many words, never an empty answer.
+    const bool removal = args.removeAll(QStringLiteral("--no-password")) > 0;
+    if (args.size() != 1 || (removal && given))
+        throw UsageError{QStringLiteral("users passwd takes one NAME, and --new-password T or --no-password")};
     const std::int16_t index = userNamed(client, args[0]);
     UserStore& store = client.users();
     if (index == store.GuestIndex)
@@ -220,7 +229,7 @@ int usersPasswd(Client& client, QStringList args)
     std::string password;
     if (given) {
         password = toLatin1Bytes(*given);
-    } else {
+    } else if (!removal) {
         const TypedPassword typed = readNewPassword();
         if (!typed.password) {
             client.say(typed.mismatch ? "Passwords Do Not Match" : "No new password was given.");
@@ -229,6 +238,12 @@ int usersPasswd(Client& client, QStringList args)
         password = *typed.password;
     }
     const UserEntry user = store.user(index);
+    if (const auto refused = refusedPassword(store, index, password, user.Password, removal)) {
+        client.say(*refused);
+        if (*refused == PasswordKept)
+            client.say("Remove a password with --no-password.");
+        return Usage;
+    }
     if (needsSupervisorPasswordWarning(store, false, password, user.Password)) {
         client.say(SupervisorPasswordWarning);
         if (!client.options().yes) {

@@ -69,7 +69,8 @@ constexpr Command Commands[] = {
     {"users", users,
         "users list\n"
         "users add NAME [--password T] [--grant RIGHT...]\n"
-        "users passwd NAME [--new-password T]   (without it: typed twice, or one line from a pipe)\n"
+        "users passwd NAME [--new-password T | --no-password]   (without either: typed twice, or one line from a "
+        "pipe)\n"
         "users grant NAME RIGHT...\n"
         "users revoke NAME RIGHT...\n"
         "users delete NAME   (asks: --yes)",
@@ -277,8 +278,10 @@ int Client::runCommand()
 
 void Client::logIn()
 {
-    if (loadUserStore(store_) != StoreLoad::Loaded || store_.users.empty()) {
+    if (loadUserStore(store_) != StoreLoad::Loaded) {
         say(message::accessDenied());
+        if (!store_.fault.empty())
+            say(store_.fault);
         end(AccessRefused);
     }
     Load_Rights_List(rights_, "CVREMOTE");
@@ -300,7 +303,12 @@ void Client::logIn()
         // The start-up rules, asking nothing: a remembered user with a password falls to the guest.
         Initial_Login(store_, Get_Last_User(*registry_), login_, *this);
     }
-    session().setUserName(store_.user(store_.CurrentUser).UserName);
+    const UserEntry* current = store_.liveUser(store_.CurrentUser);
+    if (!current) {
+        say("Nobody could be logged in: the user store holds no entry for this log-in.");
+        end(AccessRefused);
+    }
+    session().setUserName(current->UserName);
 }
 
 void Client::needRight(std::int16_t right)
@@ -313,7 +321,7 @@ void Client::needRight(std::int16_t right)
 
 void Client::needSupervisor()
 {
-    if (store_.CurrentUser != store_.SupervisorIndex) {
+    if (!store_.isSupervisor(store_.CurrentUser)) {
         showAccessNotAllowed();
         end(AccessRefused);
     }

@@ -32,8 +32,8 @@ std::int16_t GenMsgBoxes::Show_Gen_MsgBox(const std::string& text, std::int16_t 
 {
     frmGenMsgBox box(fromLatin1Bytes(text), style, fromLatin1Bytes(title), CustomButtons, systemVersion(), boxParent());
     box.exec();
-    if (const auto pressed = box.pressedResult())
-        MsgResult = *pressed;
+    // Never an earlier box's answer: a box closed without one answers nothing (0).
+    MsgResult = box.pressedResult().value_or(0);
     return MsgResult;
 }
 
@@ -58,12 +58,16 @@ std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, co
     default:
         break;
     }
-    // The same buttons and numbers as the program's own box; Escape answers Cancel, or No.
+    // The same buttons and numbers as the program's own box, and the same answer to Escape and
+    // the close box; a box without a cancel answer ignores both.
+    const std::vector<MessageButton> set = messageButtons(style);
+    const std::optional<std::int16_t> cancel = cancelAnswer(set);
     std::vector<std::pair<QPushButton*, std::int16_t>> buttons;
-    for (const MessageButton& b : messageButtons(style)) {
-        const auto role = b.result == msg::ResultCancel || b.result == msg::ResultNo ? QMessageBox::RejectRole
-                                                                                     : QMessageBox::AcceptRole;
+    for (const MessageButton& b : set) {
+        const auto role = b.result == cancel ? QMessageBox::RejectRole : QMessageBox::AcceptRole;
         buttons.emplace_back(box.addButton(QString::fromLatin1(b.caption.c_str()), role), b.result);
+        if (b.result == cancel)
+            box.setEscapeButton(buttons.back().first);
     }
     const auto defaultIndex = static_cast<std::size_t>(defaultButtonIndex(style));
     if (defaultIndex < buttons.size())
@@ -76,7 +80,7 @@ std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, co
     for (const auto& [button, result] : buttons)
         if (box.clickedButton() == button)
             return result;
-    return buttons.size() == 1 ? buttons.front().second : msg::ResultCancel;
+    return cancel.value_or(0);
 }
 
 void GenMsgBoxes::untrappedError(int number)

@@ -25,8 +25,8 @@ public:
     virtual void untrappedError(int number) = 0;
 };
 
-// The desktop program's boxes, modal over the active window. A box closed without a button (its
-// close box) returns whatever the previous call returned, 0 before the first. After an untrapped
+// The desktop program's boxes, modal over the active window. Escape and the close box give the
+// box's cancel answer (Cancel, No, or OK when it is the only button). After an untrapped
 // error `endProgram` is told the exit status; the program's main ends it.
 class GenMsgBoxes final : public MessageBoxes {
 public:

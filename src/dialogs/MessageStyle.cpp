@@ -52,4 +52,15 @@ bool isNewerDisplayGeneration(double systemVersion)
     return systemVersion >= NewerDisplayGeneration;
 }
 
+std::optional<std::int16_t> cancelAnswer(const std::vector<MessageButton>& buttons)
+{
+    for (const std::int16_t wanted : {msg::ResultCancel, msg::ResultNo})
+        for (const MessageButton& b : buttons)
+            if (b.result == wanted)
+                return wanted;
+    if (buttons.size() == 1)
+        return buttons.front().result;
+    return std::nullopt;
+}
+
 } // namespace corvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,11 @@ struct MessageButton {
 
 // The buttons of a style, left to right; style 15 takes the caller's list; 8-14 have none.
 std::vector<MessageButton> messageButtons(std::int16_t style, const std::vector<MessageButton>& customButtons = {});
+
+// What Escape and the close box answer: Cancel, else No, else the only button; nothing for a
+// box that must be answered with a button (Abort/Retry/Ignore, several custom buttons). Never
+// an earlier box's answer.
+std::optional<std::int16_t> cancelAnswer(const std::vector<MessageButton>& buttons);
 
 // 16, 32, 48 or 64 (critical, question, exclamation, information), or 0 for no icon.
 std::int16_t messageIcon(std::int16_t style);

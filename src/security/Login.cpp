@@ -6,7 +6,7 @@ namespace corvane {
 
 void Initial_Login(UserStore& store, std::string_view lastUser, LoginValues& values, LoginUi& ui)
 {
-    std::int16_t found = -1;
+    std::int16_t found = Nobody;
     if (!lastUser.empty() && lastUser != "Error") {
         values.LastUserName = std::string(lastUser);
         std::int16_t index = 0;
@@ -26,11 +26,13 @@ void Initial_Login(UserStore& store, std::string_view lastUser, LoginValues& val
             store.CurrentUser = values.LoginUser;
             return;
         }
-    } else if (store.user(store.SupervisorIndex).Password.empty()) {
+    } else if (const UserEntry* supervisor = store.liveUser(store.SupervisorIndex);
+               supervisor && supervisor->Password.empty()) {
         store.CurrentUser = store.SupervisorIndex;
         return;
     }
-    store.CurrentUser = store.GuestIndex;
+    // Nobody, with no rights at all, when the store has no guest.
+    store.CurrentUser = store.liveUser(store.GuestIndex) ? store.GuestIndex : Nobody;
 }
 
 LoginCheck checkLogin(

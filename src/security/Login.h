@@ -33,7 +33,8 @@ public:
 
 // Start-up: the remembered user when found (asked for the password when it has one; a cancel
 // falls to the guest), else the supervisor while security is not activated (its password is
-// empty), else the guest. `lastUser` is the registry's "Last User" value.
+// empty), else the guest; nobody (no rights) when the store has no such entry. `lastUser` is the
+// registry's "Last User" value.
 void Initial_Login(UserStore& store, std::string_view lastUser, LoginValues& values, LoginUi& ui);
 
 // frmChangeUser's check of what was typed: both trimmed and upper-cased, the first entry of that

@@ -66,7 +66,8 @@ Bool16 Check_Access(
     if (temporaryUser)
         temporaryUser->clear();
     for (;;) {
-        if (Has_Right(store.user(store.CurrentUser), right, true))
+        // Nobody logged in holds nothing, but a temporary user may still allow it.
+        if (const UserEntry* current = store.liveUser(store.CurrentUser); current && Has_Right(*current, right, true))
             return TrueValue;
         if (!allowTempUser)
             return FalseValue;

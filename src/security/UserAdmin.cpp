@@ -2,13 +2,14 @@
 
 #include "runtime/Text.h"
 
+#include <algorithm>
 #include <cctype>
 
 namespace corvane {
 
 UserButtons userButtonsFor(const UserStore& store, std::int16_t index)
 {
-    if (index == store.SupervisorIndex)
+    if (store.isSupervisor(index))
         return {true, false};
     if (index == store.GuestIndex)
         return {false, false};
@@ -28,7 +29,7 @@ bool needsSupervisorPasswordWarning(
     const UserStore& store, bool adding, std::string_view typedPassword, std::string_view passwordAtOpen)
 {
     return !trimBlanks(typedPassword).empty() && passwordAtOpen.empty() && !adding
-        && store.CurrentUser == store.SupervisorIndex;
+        && store.isSupervisor(store.CurrentUser);
 }
 
 const std::string SupervisorPasswordWarning
@@ -43,6 +44,42 @@ const std::string SupervisorPasswordWarning
 bool needsPasswordConfirmation(std::string_view typedPassword, std::string_view passwordAtOpen)
 {
     return upperCase(trimBlanks(typedPassword)) != upperCase(passwordAtOpen);
+}
+
+const std::string NameLimit = "A user name holds " + std::to_string(UserFieldLength)
+    + " characters at most, without blanks: letters, digits and ASCII signs.";
+const std::string PasswordLimit = "A password holds " + std::to_string(UserFieldLength)
+    + " characters at most, without blanks: letters, digits and ASCII signs.";
+const std::string SupervisorPasswordKept
+    = "The supervisor's password can be changed but not removed: security stays activated.";
+const std::string PasswordKept = "The password was not removed.";
+
+bool storableText(std::string_view typed)
+{
+    const std::string_view text = trimBlanks(typed);
+    return text.size() <= UserFieldLength
+        && std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c <= '~'; });
+}
+
+std::optional<std::string> refusedName(std::string_view typedName)
+{
+    if (trimBlanks(typedName).empty() || !storableText(typedName))
+        return NameLimit;
+    return std::nullopt;
+}
+
+std::optional<std::string> refusedPassword(const UserStore& store, std::int16_t index, std::string_view typedPassword,
+    std::string_view current, bool removalAsked)
+{
+    if (!storableText(typedPassword))
+        return PasswordLimit;
+    if (!trimBlanks(typedPassword).empty() || current.empty())
+        return std::nullopt;
+    if (store.isSupervisor(index))
+        return SupervisorPasswordKept;
+    if (!removalAsked)
+        return PasswordKept;
+    return std::nullopt;
 }
 
 std::int16_t takeFreeEntry(UserStore& store)

@@ -139,6 +139,7 @@ std::string userStorePath()
 Bool16 UserStore::Load_User_Store()
 {
     path = userStorePath();
+    fault.clear();
     errno = 0;
     File file(std::fopen(path.c_str(), "rb"));
     if (!file) {
@@ -148,26 +149,62 @@ Bool16 UserStore::Load_User_Store()
     }
 
     std::vector<UserEntry> loaded;
-    std::int16_t supervisor = SupervisorIndex;
-    std::int16_t guest = GuestIndex;
     UserRecordBytes record;
-    while (std::fread(record.data(), 1, record.size(), file.get()) == record.size()) {
-        UserEntry entry = decodeUserRecord(record);
-        const std::string upper = upperCase(entry.UserName);
-        const auto n = toInt16(static_cast<std::int64_t>(loaded.size()));
-        if (upper == GuestName)
-            guest = n;
-        else if (upper == SupervisorName)
-            supervisor = n;
-        loaded.push_back(std::move(entry));
+    std::size_t got = 0;
+    while ((got = std::fread(record.data(), 1, record.size(), file.get())) == record.size()) {
+        loaded.push_back(decodeUserRecord(record));
+        toInt16(static_cast<std::int64_t>(loaded.size())); // a table past 32767 entries overflows
     }
     if (std::ferror(file.get()))
         raise(err::DeviceIoError);
+    fault = storeFault(loaded, got);
+    if (!fault.empty())
+        throw UnsoundStore(fault);
 
+    // Sound, so each reserved user is there exactly once.
+    for (std::size_t n = 0; n < loaded.size(); ++n) {
+        if (loaded[n].IsSupervisor == 1)
+            SupervisorIndex = static_cast<std::int16_t>(n);
+        else if (upperCase(loaded[n].UserName) == GuestName)
+            GuestIndex = static_cast<std::int16_t>(n);
+    }
     users = std::move(loaded);
-    SupervisorIndex = supervisor;
-    GuestIndex = guest;
     return TrueValue;
+}
+
+std::string storeFault(const std::vector<UserEntry>& users, std::size_t strayBytes)
+{
+    if (strayBytes != 0)
+        return "The user store ends in a record cut short.";
+    if (users.empty())
+        return "The user store holds no users.";
+    int supervisors = 0;
+    int guests = 0;
+    std::vector<std::string> names;
+    for (const UserEntry& entry : users) {
+        const std::string name = upperCase(entry.UserName);
+        if (entry.IsSupervisor != 0 && entry.IsSupervisor != 1)
+            return "The user store holds an unknown supervisor mark.";
+        if (entry.IsSupervisor == 1) {
+            ++supervisors;
+            if (name != SupervisorName)
+                return name.empty() ? "The user store marks a deleted record as the supervisor's."
+                                    : "The user store marks " + entry.UserName + " as the supervisor.";
+        } else if (name == SupervisorName) {
+            return "The user store holds a SUPERVISOR that is not marked as the supervisor.";
+        }
+        if (name.empty())
+            continue;
+        if (std::find(names.begin(), names.end(), name) != names.end())
+            return "The user store holds the name " + entry.UserName + " twice.";
+        names.push_back(name);
+        guests += name == GuestName ? 1 : 0;
+    }
+    if (supervisors != 1)
+        return supervisors ? "The user store holds two supervisors." : "The user store holds no supervisor.";
+    if (guests == 0)
+        return "The user store holds no GUEST.";
+    return {};
 }
 
 // The store is written whole to a file beside it and put in its place in one step, so that a
@@ -242,10 +279,26 @@ std::int16_t UserStore::count() const
     return toInt16(static_cast<std::int64_t>(users.size()));
 }
 
+const UserEntry* UserStore::liveUser(std::int16_t index) const
+{
+    if (index < 0 || static_cast<std::size_t>(index) >= users.size())
+        return nullptr;
+    const UserEntry& entry = users[static_cast<std::size_t>(index)];
+    return entry.UserName.empty() ? nullptr : &entry;
+}
+
+bool UserStore::isSupervisor(std::int16_t index) const
+{
+    const UserEntry* entry = liveUser(index);
+    return entry && index == SupervisorIndex && entry->IsSupervisor == 1;
+}
+
 StoreLoad loadUserStore(UserStore& store)
 {
     try {
         return store.Load_User_Store() ? StoreLoad::Loaded : StoreLoad::Missing;
+    } catch (const UnsoundStore&) {
+        return StoreLoad::Damaged;
     } catch (const RunTimeError& e) {
         Log_Run_Time_Error(location::SharedModule, e.number());
         return e.number() == err::Overflow ? StoreLoad::Damaged : StoreLoad::Unreadable;

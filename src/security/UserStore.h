@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,19 +53,34 @@ UserEntry decodeUserRecord(const UserRecordBytes& record);
 // on Windows the drive of the program folder followed by \BRELLWICK\BWKXBIDS.DAT.
 std::string userStorePath();
 
+// No user: what an index holds before a load has found anybody. It has no rights.
+inline constexpr std::int16_t Nobody = -1;
+
+// Why a store that reads to its end still cannot be used, in the words the programs say; empty
+// when it is sound. Sound: whole records, at least one, exactly one supervisor's record (marked
+// 1, named SUPERVISOR; every other mark 0), one GUEST, no name twice (case aside).
+std::string storeFault(const std::vector<UserEntry>& users, std::size_t strayBytes);
+
+// A store that reads but is not sound (see storeFault); what() says why.
+struct UnsoundStore : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 // The users of the store, held in memory as the one source for log-in and access checks.
 class UserStore {
 public:
     std::vector<UserEntry> users;
-    std::int16_t SupervisorIndex = 0;
-    std::int16_t GuestIndex = 0;
-    std::int16_t CurrentUser = 0;
-    std::int16_t SelectedUser = 0;
+    std::int16_t SupervisorIndex = Nobody; // the record marked as the supervisor's
+    std::int16_t GuestIndex = Nobody;
+    std::int16_t CurrentUser = Nobody;
+    std::int16_t SelectedUser = Nobody;
     std::string path; // built at each load
+    std::string fault; // why the last load refused the store, else empty
 
     // Reads the whole store into `users`. False (the table unchanged) when there is no store;
-    // a record that does not unscramble raises "Overflow" and also leaves the table unchanged.
-    // A short last record is what the end of the file cuts off and is not read.
+    // a record that does not unscramble raises "Overflow", and a store that is not sound (a
+    // short last record, no records, no GUEST, two supervisors, a name twice) raises
+    // UnsoundStore; both leave the table and the indices unchanged.
     Bool16 Load_User_Store();
     // Writes entry `index` as record index + 1 (the file is created when missing). File
     // errors are raised as the runtime's file errors.
@@ -76,6 +92,10 @@ public:
     UserEntry& user(std::int16_t index);
     const UserEntry& user(std::int16_t index) const;
     std::int16_t count() const;
+    // Entry `index` when it is a user (in the table, not deleted); null for nobody.
+    const UserEntry* liveUser(std::int16_t index) const;
+    // Whether `index` is the supervisor's entry; never for nobody.
+    bool isSupervisor(std::int16_t index) const;
 };
 
 // The reserved users every store holds.
@@ -87,11 +107,12 @@ enum class StoreLoad {
     Loaded,
     Missing, // no file at the store's path
     Unreadable, // the file is there but cannot be read (its error number is in error.log)
-    Damaged, // a record does not unscramble: not a store of ours (Overflow in error.log)
+    Damaged, // a record does not unscramble (Overflow in error.log), or the store is not sound
 };
 
 // Load_User_Store under the shared module's error trap (location 143): a store that cannot be
-// read or does not unscramble leaves a line in error.log and the table as it was.
+// read or does not unscramble leaves a line in error.log and the table as it was; one that is not
+// sound leaves the table as it was and its reason in `store.fault`.
 StoreLoad loadUserStore(UserStore& store);
 
 } // namespace corvane

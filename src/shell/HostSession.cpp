@@ -385,8 +385,9 @@ void HostSession::cmdPurgeAndReset_Click()
         ui_.showMessage(message::noSocketConnection());
         return;
     }
-    constexpr std::int16_t No = 7;
-    if (ui_.askYesNo(message::purgeQuestion()) != No && connected()) {
+    // Only a Yes purges: a box that ended without an answer purges nothing.
+    constexpr std::int16_t Yes = 6;
+    if (ui_.askYesNo(message::purgeQuestion()) == Yes && connected()) {
         send(Build_Purge_Reset_Request(SelectedPortRow));
         ChangeRecordEntry entry = changeEntry(change_kind::Purge, SelectedPortRow + 1);
         entry.outcome = change_outcome::Sent; // the host answers a purge with nothing

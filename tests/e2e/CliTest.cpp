@@ -5,6 +5,7 @@
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
 #include "security/FirstStore.h"
+#include "security/UserAdmin.h"
 #include "support/ChangeRecordLines.h"
 #include "support/Program.h"
 #include "support/SimulatedPlant.h"
@@ -22,6 +23,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <tuple>
 
@@ -34,6 +36,15 @@ using Outcome = test::ProgramRun;
 QStringList words(const char* line)
 {
     return QString::fromLatin1(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+// Arguments that may hold blanks or be empty.
+QStringList argv(std::initializer_list<const char*> parts)
+{
+    QStringList out;
+    for (const char* part : parts)
+        out << QString::fromLatin1(part);
+    return out;
 }
 
 class Cli : public ::testing::Test {
@@ -441,6 +452,80 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
                 << entry.path();
         }
     }
+}
+
+// Stores no program of ours writes: whoever runs the client, with or without --user, gets
+// nothing, and is told why.
+TEST_F(Cli, AStoreThatIsNotSoundLetsNobodyIn)
+{
+    const auto bytes = test::storeBytes;
+    const UserEntry supervisor = test::user("SUPERVISOR", "", {}, 1);
+    const UserEntry guest = test::user("GUEST", "");
+    const std::pair<std::string, const char*> stores[] = {
+        {bytes({supervisor, test::user("SMITH", "", {0})}), "no GUEST"}, // guest once fell to record 1
+        {"", "holds no users"},
+        {bytes({supervisor, guest}) + std::string(UserRecordLength - 1, 'x'), "cut short"},
+        {bytes({supervisor, guest, test::user("SMITH", "", {}, 1)}), "as the supervisor"},
+        {bytes({test::user("SUPERVISOR", ""), guest}), "not marked"},
+        {bytes({supervisor, guest, test::user("JONES", "j"), test::user("jones", "", {0})}), "twice"},
+    };
+    for (const auto& [store, says] : stores) {
+        std::ofstream(plant.folder.file("BRELLWICK/BWKXBIDS.DAT"), std::ios::binary | std::ios::trunc) << store;
+        for (const char* line : {"users list", "status", "--user smith --password x get-parms 3",
+                 "--user supervisor --password x users list"}) {
+            const Outcome r = cli(words(line));
+            EXPECT_EQ(r.exitCode, 5) << says << ", " << line;
+            EXPECT_TRUE(r.err.contains(QStringLiteral("Password Security has been compromised."))) << says;
+            EXPECT_TRUE(r.err.contains(QLatin1String(says))) << says << ": " << r.err.toStdString();
+            EXPECT_TRUE(r.out.isEmpty()) << says << ", " << line;
+        }
+    }
+    EXPECT_EQ(hostGot(270), 0u) << "no host is asked before the user is known";
+}
+
+// Names and passwords are checked before anything is written; only --no-password removes a
+// password, and never the supervisor's.
+TEST_F(Cli, NamesAndPasswordsAreCheckedWhenSet)
+{
+    const auto supervisor = [this](const char* password, QStringList line, const QByteArray& input = {}) {
+        return cli(words("--user supervisor --password") << QString::fromLatin1(password) << line, {}, input);
+    };
+    ASSERT_EQ(supervisor("", words("--yes users passwd supervisor --new-password boss")).exitCode, 0);
+    ASSERT_EQ(supervisor("boss", words("users add SMITH --password pw")).exitCode, 0);
+    const std::string before = plant.folder.read("BRELLWICK/BWKXBIDS.DAT");
+    struct Case {
+        QStringList line;
+        QByteArray input;
+        std::string says;
+    } const cases[] = {
+        {argv({"users", "add", "JOHN SMITH"}), {}, NameLimit},
+        {words("users add ABCDEFGHIJKLMNOPQRSTU"), {}, NameLimit},
+        {argv({"users", "add", ""}), {}, NameLimit},
+        {argv({"users", "add", "JONES", "--password", "two words"}), {}, PasswordLimit},
+        {words("users add JONES --password 123456789012345678901"), {}, PasswordLimit},
+        {argv({"users", "passwd", "smith", "--new-password", "a\tb"}), {}, PasswordLimit},
+        {argv({"users", "passwd", "smith", "--new-password", ""}), {}, PasswordKept},
+        {words("users passwd smith"), "\n", PasswordKept},
+        {argv({"users", "passwd", "supervisor", "--new-password", ""}), {}, SupervisorPasswordKept},
+        {words("users passwd SUPERVISOR"), "\n", SupervisorPasswordKept},
+        {words("users passwd SUPERVISOR"), "   \n", SupervisorPasswordKept},
+        {words("users passwd supervisor --no-password"), {}, SupervisorPasswordKept},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = supervisor("boss", c.line, c.input);
+        const std::string line = c.line.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(r.exitCode, 2) << line << ": " << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains(QString::fromStdString(c.says))) << line << ": " << r.err.toStdString();
+    }
+    EXPECT_EQ(plant.folder.read("BRELLWICK/BWKXBIDS.DAT"), before) << "nothing was written";
+    EXPECT_EQ(
+        cli(words("--user supervisor --password boss users passwd smith --no-password --new-password x")).exitCode, 2);
+
+    EXPECT_EQ(supervisor("boss", words("users passwd smith --no-password")).exitCode, 0);
+    UserStore store;
+    ASSERT_TRUE(store.Load_User_Store());
+    EXPECT_EQ(store.users.at(2).Password, "");
+    EXPECT_EQ(store.users.at(0).Password, "boss");
 }
 
 TEST_F(Cli, WatchPrintsWhatChanged)

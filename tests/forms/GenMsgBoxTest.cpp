@@ -4,8 +4,11 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace corvane {
 namespace {
@@ -36,14 +39,11 @@ TEST(GenMsgBox, StylesGiveCaptionsAndTheDefault)
     }
 }
 
-TEST(GenMsgBox, ButtonsReturnTheirNumbersAndTheCloseBoxRepeatsTheLastAnswer)
+TEST(GenMsgBox, ButtonsReturnTheirNumbers)
 {
     GenMsgBoxes boxes({});
     whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.buttons().at(0)->click(); });
     EXPECT_EQ(boxes.Show_Gen_MsgBox("q", msg::YesNo, "t"), msg::ResultYes);
-
-    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.close(); });
-    EXPECT_EQ(boxes.Show_Gen_MsgBox("q", msg::YesNo, "t"), msg::ResultYes) << "not a No of its own";
 
     boxes.CustomButtons = {{"Keep", 20}, {"Replace", 21}};
     whenModal<frmGenMsgBox>([](frmGenMsgBox& box) {
@@ -51,6 +51,54 @@ TEST(GenMsgBox, ButtonsReturnTheirNumbersAndTheCloseBoxRepeatsTheLastAnswer)
         box.buttons().at(1)->click();
     });
     EXPECT_EQ(boxes.Show_Gen_MsgBox("c", msg::Custom, "t"), 21);
+}
+
+// Escape and the close box give the box's own cancel answer, never the previous box's Yes; a box
+// that must be answered with a button stays up. Both the program's box and the system-style one.
+TEST(GenMsgBox, EscapeAndTheCloseBoxGiveTheCancelAnswer)
+{
+    struct Case {
+        std::int16_t style;
+        std::int16_t answer; // 0: the box stays up
+    } const cases[] = {
+        {msg::YesNo | msg::Exclamation, msg::ResultNo},
+        {msg::YesNoCancel, msg::ResultCancel},
+        {msg::OkCancel, msg::ResultCancel},
+        {msg::RetryCancel, msg::ResultCancel},
+        {msg::ConvertCancel, msg::ResultCancel},
+        {msg::OkOnly | msg::Critical, msg::ResultOk},
+        {msg::Reset, msg::ResultReset},
+        {msg::AbortRetryIgnore, 0},
+    };
+    const std::pair<const char*, std::function<void(QWidget&)>> ways[] = {
+        {"Escape", [](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }},
+        {"close box", [](QWidget& box) { box.close(); }},
+    };
+    for (const auto& c : cases) {
+        for (const auto& [way, dismiss] : ways) {
+            for (const bool own : {true, false}) {
+                SCOPED_TRACE(testing::Message() << "style " << c.style << ", " << way << (own ? ", own" : ", system"));
+                GenMsgBoxes boxes({});
+                const auto ask
+                    = [&] { return own ? boxes.Show_Gen_MsgBox("q", c.style, "t") : boxes.MsgBox("q", c.style, "t"); };
+                // A Yes first, which the next box must not repeat.
+                whenModal<QDialog>([](QDialog& box) { box.findChildren<QPushButton*>().at(0)->click(); });
+                EXPECT_EQ(boxes.Show_Gen_MsgBox("first", msg::YesNo, "t"), msg::ResultYes);
+                whenModal<QDialog>([&](QDialog& box) {
+                    dismiss(box);
+                    if (c.answer == 0) {
+                        EXPECT_TRUE(box.isVisible()) << "nothing answers for the user";
+                        box.findChildren<QPushButton*>().at(0)->click();
+                    }
+                });
+                const std::int16_t got = ask();
+                if (c.answer != 0)
+                    EXPECT_EQ(got, c.answer);
+                else
+                    EXPECT_NE(got, msg::ResultYes);
+            }
+        }
+    }
 }
 
 // The box is as wide as its caption needs, while the text keeps within its 4500 twips.

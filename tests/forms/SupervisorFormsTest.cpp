@@ -1,3 +1,5 @@
+#include "dialogs/forms/frmGenMsgBox.h"
+#include "security/UserAdmin.h"
 #include "security/forms/frmPassword.h"
 #include "security/forms/frmSupervisorOps.h"
 #include "security/forms/frmUserInfo.h"
@@ -13,6 +15,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace corvane {
 namespace {
@@ -132,6 +136,87 @@ TEST_F(SupervisorForms, DeletingAsksThenFreesTheRecordAndAddingReusesIt)
     EXPECT_EQ(boxes.calls.size(), 3u) << "no warning when adding";
     EXPECT_EQ(saved, (std::vector<std::pair<std::string, std::string>>{{"SMITH", "-"}, {"-", "BROWN"}}))
         << "only what was written, a reused record as an add";
+}
+
+// With the program's own boxes: a Yes for SMITH is no answer for JONES. Escape and the close box
+// on each question delete nothing and save nothing.
+TEST_F(SupervisorForms, EscapeOnAQuestionDoesNothing)
+{
+    GenMsgBoxes real({});
+    frmSupervisorOps form(store, rights, real);
+    form.show();
+    auto& list = control<QListWidget>(form, "lstUserList");
+    list.setCurrentRow(2);
+    whenModal<frmGenMsgBox>([](frmGenMsgBox& box) { box.buttons().at(0)->click(); }); // Yes
+    control<QPushButton>(form, "cmdButton_2").click();
+    ASSERT_EQ(names(form).join(u','), QStringLiteral("SUPERVISOR,GUEST,JONES"));
+
+    const std::pair<const char*, std::function<void(QWidget&)>> ways[] = {
+        {"Escape", [](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }},
+        {"close box", [](QWidget& box) { box.close(); }},
+    };
+    for (const auto& [way, dismiss] : ways) {
+        list.setCurrentRow(2);
+        whenModal<frmGenMsgBox>([&dismiss](frmGenMsgBox& box) { dismiss(box); });
+        control<QPushButton>(form, "cmdButton_2").click();
+        EXPECT_EQ(names(form).join(u','), QStringLiteral("SUPERVISOR,GUEST,JONES")) << way;
+        EXPECT_EQ(reloaded().users[3].UserName, "JONES") << way;
+    }
+
+    // The supervisor-password warning (OK, Cancel): dismissed, no password is given.
+    for (const auto& [way, dismiss] : ways) {
+        store.SelectedUser = 3;
+        frmUserInfo info(store, rights, real, false);
+        info.show();
+        type(info, "txtPassword", QStringLiteral("j"));
+        whenModal<frmGenMsgBox>([&dismiss](frmGenMsgBox& box) { dismiss(box); });
+        control<QPushButton>(info, "cmdButton_0").click();
+        EXPECT_TRUE(info.isVisible()) << way;
+        EXPECT_EQ(reloaded().users[3].Password, "") << way;
+    }
+}
+
+// Each refusal keeps the form open and writes nothing; the box names the limit. (The text boxes
+// take no more than 20 characters.)
+TEST_F(SupervisorForms, NamesAndPasswordsAreCheckedOnOk)
+{
+    ASSERT_EQ(store.users[0].Password, "");
+    store.users[0].Password = "boss"; // security activated
+    store.Save_User_Record(0);
+    struct Case {
+        const char* name;
+        bool adding;
+        std::int16_t selected;
+        QString userName; // typed when not null
+        QString password;
+        std::string says;
+    } const cases[] = {
+        {"a name with a blank", true, Nobody, QStringLiteral("JOHN SMITH"), QStringLiteral("pw"), NameLimit},
+        {"renamed to another's", false, 2, QStringLiteral("jones"), QString(),
+            "Entered user name already exists.  Please change."},
+        {"a password with a blank", false, 2, QString(), QStringLiteral("p w"), PasswordLimit},
+        {"SMITH's password removed", false, 2, QString(), QStringLiteral(""), PasswordKept},
+        {"the supervisor's removed", false, 0, QString(), QStringLiteral(""), SupervisorPasswordKept},
+        {"the supervisor's blanked", false, 0, QString(), QStringLiteral("   "), SupervisorPasswordKept},
+    };
+    const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT");
+    for (const auto& c : cases) {
+        store.SelectedUser = c.selected;
+        frmUserInfo info(store, rights, boxes, c.adding);
+        info.show();
+        if (!c.userName.isNull())
+            type(info, "txtUserName", c.userName);
+        if (!c.password.isNull() || c.adding)
+            type(info, "txtPassword", c.password.isNull() ? QStringLiteral("x") : c.password);
+        else
+            control<QCheckBox>(info, "chkRights_0").click(); // a change, so that OK is enabled
+        boxes.calls.clear();
+        control<QPushButton>(info, "cmdButton_0").click();
+        ASSERT_EQ(boxes.calls.size(), 1u) << c.name;
+        EXPECT_EQ(boxes.calls[0].text, c.says) << c.name;
+        EXPECT_TRUE(info.isVisible()) << c.name;
+    }
+    EXPECT_EQ(folder.read("BRELLWICK/BWKXBIDS.DAT"), before);
 }
 
 TEST_F(SupervisorForms, AFirstPasswordWarnsTheSupervisorAndCancelSavesNothing)

@@ -61,6 +61,54 @@ TEST(Login, StartUpPicksTheUser)
     }
 }
 
+// A store without the entry a log-in falls to gives nobody, and nobody holds no right; the
+// supervisor is the entry so marked, not the first one.
+TEST(Login, NobodyWhenTheEntryIsMissing)
+{
+    struct NoPrompt : AccessUi {
+        int asked = 0;
+        TempUserAnswer askTemporaryUser() override
+        {
+            ++asked;
+            return {false, true, {}, {}};
+        }
+        void showAccessNotAllowed() override { }
+    };
+    struct Case {
+        const char* name;
+        std::int16_t supervisor;
+        std::int16_t guest;
+        std::string lastUser;
+    } const cases[] = {
+        {"no guest, security on", 0, Nobody, ""},
+        {"no guest, remembered user unknown", 0, Nobody, "JONES"},
+        {"neither reserved user found", Nobody, Nobody, ""},
+    };
+    for (const auto& c : cases) {
+        UserStore store = storeWith("s");
+        store.SupervisorIndex = c.supervisor;
+        store.GuestIndex = c.guest;
+        LoginValues values;
+        ScriptedLogin ui;
+        Initial_Login(store, c.lastUser, values, ui);
+        EXPECT_EQ(store.CurrentUser, Nobody) << c.name;
+        NoPrompt prompt;
+        for (const std::int16_t right : {AllRight, CommParmsRight})
+            EXPECT_EQ(Check_Access(store, right, TrueValue, prompt), FalseValue) << c.name;
+        EXPECT_EQ(prompt.asked, 2) << c.name << ": a temporary user may still allow it";
+        EXPECT_FALSE(store.isSupervisor(store.CurrentUser)) << c.name;
+    }
+
+    // Security off, but the supervisor's entry unknown: nobody, not the first record.
+    UserStore store = storeWith("");
+    store.SupervisorIndex = Nobody;
+    store.GuestIndex = Nobody;
+    LoginValues values;
+    ScriptedLogin ui;
+    Initial_Login(store, "", values, ui);
+    EXPECT_EQ(store.CurrentUser, Nobody);
+}
+
 TEST(Login, ChangeUserFormComparesWithoutRegardToCase)
 {
     const UserStore store = storeWith("s");
@@ -106,6 +154,42 @@ TEST(UserAdmin, ButtonsDuplicatesAndWarnings)
 
     EXPECT_FALSE(needsPasswordConfirmation(" SECRET ", "Secret"));
     EXPECT_TRUE(needsPasswordConfirmation("", "Secret"));
+}
+
+TEST(UserAdmin, NamesAndPasswordsAreCheckedWhenSet)
+{
+    const UserStore store = storeWith("boss");
+    const std::string twenty(20, 'A');
+    struct Case {
+        const char* name;
+        std::int16_t index; // whose password; Nobody when adding
+        std::string typed;
+        std::string current;
+        bool removalAsked;
+        std::optional<std::string> refused;
+    } const cases[] = {
+        {"twenty characters", 2, twenty, "Secret", false, std::nullopt},
+        {"surrounding blanks are trimmed", 2, "  pw  ", "Secret", false, std::nullopt},
+        {"twenty-one characters", 2, twenty + "A", "Secret", false, PasswordLimit},
+        {"an inner blank", 2, "two words", "Secret", false, PasswordLimit},
+        {"a NUL", 2, std::string("ab\0c", 4), "Secret", false, PasswordLimit},
+        {"a control character", 2, "ab\tc", "Secret", false, PasswordLimit},
+        {"a character past ASCII", 2, "M\xFCller", "Secret", false, PasswordLimit},
+        {"the supervisor's removed", 0, "", "boss", true, SupervisorPasswordKept},
+        {"the supervisor's removed by blanks", 0, "   ", "boss", false, SupervisorPasswordKept},
+        {"another's removed unasked", 2, "", "Secret", false, PasswordKept},
+        {"another's removed when asked", 2, "", "Secret", true, std::nullopt},
+        {"none before, none after", 3, "", "", false, std::nullopt},
+        {"a new user without one", Nobody, "", "", false, std::nullopt},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(refusedPassword(store, c.index, c.typed, c.current, c.removalAsked), c.refused) << c.name;
+
+    const std::pair<std::string, bool> names[] = {{twenty, true}, {" SMITH ", true}, {twenty + "A", false},
+        {"JOHN SMITH", false}, {"", false}, {"   ", false}, {std::string("A\0B", 3), false}, {"M\xDCLLER", false}};
+    for (const auto& [name, storable] : names)
+        EXPECT_EQ(refusedName(name), storable ? std::nullopt : std::optional(NameLimit)) << name;
+    EXPECT_NE(PasswordLimit.find("20 characters at most, without blanks"), std::string::npos);
 }
 
 TEST(UserAdmin, NewUsersTakeFreedEntriesAndRightsOfOtherProgramsStay)

@@ -74,9 +74,10 @@ protected:
 
 TEST_F(UserStoreFile, LoadsEveryRecordAndFindsTheReservedUsers)
 {
-    writeStore({user("SMITH", "S1"), user("Guest", ""), user("", "gone"), user("supervisor", "", {}, 1)},
-        std::string(100, 'x')); // a short last record is cut off by the end of the file
+    writeStore({user("SMITH", "S1"), user("Guest", ""), user("", "gone"), user("supervisor", "", {}, 1)});
     UserStore store;
+    EXPECT_EQ(store.CurrentUser, Nobody);
+    EXPECT_EQ(store.SupervisorIndex, Nobody);
     ASSERT_EQ(store.Load_User_Store(), TrueValue);
     ASSERT_EQ(store.count(), 4);
     EXPECT_EQ(store.GuestIndex, 1);
@@ -95,11 +96,6 @@ TEST_F(UserStoreFile, EmptyMissingDamagedAndUnreadableStores)
     store.users = {user("KEPT", "")};
     EXPECT_EQ(loadUserStore(store), StoreLoad::Missing);
 
-    writeStore({});
-    EXPECT_EQ(loadUserStore(store), StoreLoad::Loaded);
-    EXPECT_TRUE(store.users.empty());
-
-    store.users = {user("KEPT", "")};
     std::ofstream(path, std::ios::binary) << std::string(UserRecordLength, '\0');
     EXPECT_EQ(loadUserStore(store), StoreLoad::Damaged);
     EXPECT_EQ(store.users.size(), 1u);
@@ -111,6 +107,58 @@ TEST_F(UserStoreFile, EmptyMissingDamagedAndUnreadableStores)
     const std::string when = test::ScratchProgramFolder::momentText();
     EXPECT_EQ(folder.lines("error.log"),
         (std::vector<std::string>{"Error Location 143 Err = 6 " + when, "Error Location 143 Err = 57 " + when}));
+}
+
+// Stores no program of ours writes: each is refused whole, says why, writes nothing to error.log
+// (the file read well) and leaves the table and its indices as they were.
+TEST_F(UserStoreFile, AStoreThatIsNotSoundIsRefused)
+{
+    const UserEntry supervisor = user("SUPERVISOR", "", {}, 1);
+    const UserEntry guest = user("GUEST", "");
+    const auto bytes = test::storeBytes;
+    std::string unknownMark = bytes({supervisor, guest});
+    unknownMark[UserRecordLength + SupervisorMarkOffset] = 2;
+    struct Case {
+        const char* name;
+        std::string file;
+        const char* says;
+    } const cases[] = {
+        {"empty", "", "holds no users"},
+        {"short last record", bytes({supervisor, guest}) + std::string(100, 'x'), "cut short"},
+        {"one byte short", bytes({supervisor, guest}).substr(0, 2 * UserRecordLength - 1), "cut short"},
+        {"no guest", bytes({supervisor, user("SMITH", "")}), "no GUEST"},
+        {"no supervisor's mark", bytes({user("SUPERVISOR", ""), guest}), "not marked"},
+        {"no supervisor", bytes({guest, user("SMITH", "")}), "no supervisor"},
+        {"two marked", bytes({supervisor, guest, user("SMITH", "", {}, 1)}), "marks SMITH"},
+        {"a deleted record marked", bytes({supervisor, guest, user("", "", {}, 1)}), "deleted record"},
+        {"the supervisor twice", bytes({supervisor, guest, supervisor}), "twice"},
+        {"a name twice, case aside", bytes({supervisor, guest, user("SMITH", "a"), user("smith", "b", {0})}),
+            "smith twice"},
+        {"the guest twice", bytes({supervisor, guest, user("Guest", "")}), "twice"},
+        {"an unknown mark", unknownMark, "unknown supervisor mark"},
+    };
+    for (const auto& c : cases) {
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << c.file;
+        UserStore store;
+        store.users = {user("KEPT", "")};
+        store.CurrentUser = 0;
+        EXPECT_EQ(loadUserStore(store), StoreLoad::Damaged) << c.name;
+        EXPECT_NE(store.fault.find(c.says), std::string::npos) << c.name << ": " << store.fault;
+        EXPECT_EQ(store.users, std::vector<UserEntry>{user("KEPT", "")}) << c.name;
+        EXPECT_EQ(store.SupervisorIndex, Nobody) << c.name;
+        EXPECT_EQ(store.GuestIndex, Nobody) << c.name;
+    }
+    EXPECT_TRUE(folder.lines("error.log").empty());
+
+    // The supervisor is the marked record wherever it lies, not the first.
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes({guest, user("SMITH", ""), supervisor});
+    UserStore store;
+    ASSERT_EQ(loadUserStore(store), StoreLoad::Loaded);
+    EXPECT_EQ(store.SupervisorIndex, 2);
+    EXPECT_TRUE(store.isSupervisor(2));
+    EXPECT_FALSE(store.isSupervisor(0));
+    EXPECT_FALSE(store.isSupervisor(Nobody));
+    EXPECT_TRUE(store.fault.empty());
 }
 
 TEST_F(UserStoreFile, ASavedRecordReplacesItsOwnOrExtendsTheStore)

@@ -256,9 +256,10 @@ TEST_F(Session, CommandsOnFtpPortsAndThePurgeQuestion)
     EXPECT_EQ(ui.ftpRefusals, 2);
 
     session->rowChanged(0);
-    ui.answers = {7, 6}; // No, then Yes
-    session->cmdPurgeAndReset_Click();
-    session->cmdPurgeAndReset_Click();
+    // No, a box ended without an answer, Cancel: nothing; then Yes purges.
+    ui.answers = {7, 0, 2, 6};
+    for (int i = 0; i < 4; ++i)
+        session->cmdPurgeAndReset_Click();
     session->cmdRefresh_Click();
     ASSERT_TRUE(waitFor([this] { return session->portStatus()[0].Status == "Idle"; }));
     // In order, the host got: version, status, then the one purge, for row 0, and the refresh.

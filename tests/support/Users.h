@@ -31,6 +31,17 @@ inline UserEntry user(
     return e;
 }
 
+// The bytes of a store of these records, in order, as a program of the family might leave it.
+inline std::string storeBytes(std::initializer_list<UserEntry> entries)
+{
+    std::string out;
+    for (const UserEntry& e : entries) {
+        const UserRecordBytes r = encodeUserRecord(e);
+        out.append(reinterpret_cast<const char*>(r.data()), r.size());
+    }
+    return out;
+}
+
 // Writes a store of these users where the program looks for it.
 inline void createStore(std::vector<UserEntry> users)
 {

@@ -68,6 +68,7 @@ frmGenMsgBox::frmGenMsgBox(const QString& text, std::int16_t style, const QStrin
         });
     }
     defaultButton_ = defaultButtonIndex(style);
+    cancel_ = cancelAnswer(set);
 
     // Display generation: text size and icon set.
     const bool newer = isNewerDisplayGeneration(version);
@@ -103,6 +104,14 @@ void frmGenMsgBox::showEvent(QShowEvent* event)
         buttons_[static_cast<std::size_t>(defaultButton_)]->setDefault(true);
         buttons_[static_cast<std::size_t>(defaultButton_)]->setFocus();
     }
+}
+
+void frmGenMsgBox::reject()
+{
+    if (!cancel_)
+        return;
+    pressed_ = cancel_;
+    QDialog::reject();
 }
 
 int captionWidth(const QString& caption, const QFontMetrics& metrics)

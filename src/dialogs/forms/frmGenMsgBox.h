@@ -27,8 +27,11 @@ public:
         const std::vector<MessageButton>& customButtons, double systemVersion, QWidget* parent = nullptr);
     ~frmGenMsgBox() override;
 
-    // The pressed button's result; none when the box was closed another way.
+    // The pressed button's result, or the cancel answer for Escape and the close box; none when
+    // the box ended another way.
     std::optional<std::int16_t> pressedResult() const { return pressed_; }
+    // Escape and the close box give the cancel answer; a box without one stays up.
+    void reject() override;
     const std::vector<QPushButton*>& buttons() const { return buttons_; }
 
 protected:
@@ -38,6 +41,7 @@ private:
     std::unique_ptr<Ui::frmGenMsgBox> ui;
     std::vector<QPushButton*> buttons_;
     std::optional<std::int16_t> pressed_;
+    std::optional<std::int16_t> cancel_;
     int defaultButton_ = 0;
 };
 

@@ -31,6 +31,7 @@ frmUserInfo::frmUserInfo(
         ui->txtUserName->setText(fromLatin1Bytes(user.UserName));
         ui->txtPassword->setText(fromLatin1Bytes(user.Password));
         passwordAtOpen_ = user.Password;
+        nameAtOpen_ = upperCase(user.UserName);
         namePresent_ = !user.UserName.empty();
         checks_->show(user);
         if (store.SelectedUser == store.GuestIndex) {
@@ -71,8 +72,18 @@ void frmUserInfo::pressOk()
     const std::string name = toLatin1Bytes(ui->txtUserName->text());
     const std::string password = toLatin1Bytes(ui->txtPassword->text());
 
-    if (adding_ && userNameTaken(store_, name)) {
+    // A renamed user may not take another's name either: the store would hold it twice.
+    const bool renamed = adding_ || upperCase(trimBlanks(name)) != upperCase(nameAtOpen_);
+    if (renamed && userNameTaken(store_, name)) {
         boxes_.Show_Gen_MsgBox("Entered user name already exists.  Please change.", msg::OkOnly, "User Already Exists");
+        return;
+    }
+    // Only what is typed anew is checked: an entry's stored values stay as they are.
+    std::optional<std::string> refused = renamed ? refusedName(name) : std::nullopt;
+    if (!refused && trimBlanks(password) != passwordAtOpen_)
+        refused = refusedPassword(store_, adding_ ? Nobody : store_.SelectedUser, password, passwordAtOpen_, false);
+    if (refused) {
+        boxes_.Show_Gen_MsgBox(*refused, msg::OkOnly | msg::Exclamation, "User Information");
         return;
     }
     if (needsSupervisorPasswordWarning(store_, adding_, password, passwordAtOpen_)

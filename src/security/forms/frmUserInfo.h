@@ -40,6 +40,7 @@ private:
     MessageBoxes& boxes_;
     bool adding_;
     std::string passwordAtOpen_;
+    std::string nameAtOpen_; // upper-cased
     bool namePresent_ = false;
     bool changed_ = false;
     std::optional<std::int16_t> saved_;

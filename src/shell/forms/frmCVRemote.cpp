@@ -207,8 +207,10 @@ void frmCVRemote::Form_Activate()
 void frmCVRemote::activate()
 {
     ui->lblVersion->setText(QStringLiteral("Version: ") + QString::fromLatin1(clientVersionText().c_str()));
-    if (loadUserStore(store_) != StoreLoad::Loaded || store_.users.empty()) {
-        services_.boxes.MsgBox(message::accessDenied(), msg::Critical, std::string(message::AccessDeniedTitle));
+    if (loadUserStore(store_) != StoreLoad::Loaded) {
+        // The store's own fault, when it has one, follows the usual words.
+        const std::string why = store_.fault.empty() ? std::string() : "\r\n\r\n" + store_.fault;
+        services_.boxes.MsgBox(message::accessDenied() + why, msg::Critical, std::string(message::AccessDeniedTitle));
         endProgram(EXIT_FAILURE);
         return;
     }
@@ -248,9 +250,9 @@ void frmCVRemote::closeEvent(QCloseEvent* event)
 // Setup Users is the supervisor's; the record of parameter changes names whoever is logged in.
 void frmCVRemote::currentUserChanged()
 {
-    ui->mnuSetupUsers->setVisible(store_.CurrentUser == store_.SupervisorIndex);
-    if (store_.CurrentUser >= 0 && store_.CurrentUser < store_.count())
-        session_.setUserName(store_.users[static_cast<std::size_t>(store_.CurrentUser)].UserName);
+    ui->mnuSetupUsers->setVisible(store_.isSupervisor(store_.CurrentUser));
+    const UserEntry* current = store_.liveUser(store_.CurrentUser);
+    session_.setUserName(current ? current->UserName : std::string());
 }
 
 void frmCVRemote::openConfiguration()
