@@ -89,6 +89,20 @@ std::string refusalOf(const struct stat& status)
 
 } // namespace
 
+int writeAllAt(int fd, std::string_view bytes, long long offset)
+{
+    for (std::size_t done = 0; done < bytes.size();) {
+        const ssize_t n = ::pwrite(fd, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+        if (n > 0)
+            done += static_cast<std::size_t>(n);
+        else if (n == 0)
+            return ENOSPC;
+        else if (errno != EINTR)
+            return errno;
+    }
+    return 0;
+}
+
 std::string wholeFileRefusal(const std::string& path)
 {
     struct stat status { };
@@ -117,16 +131,7 @@ std::string writeWholeFile(const std::string& path, std::string_view bytes)
     if (fd < 0)
         return systemMessage(EEXIST);
 
-    int error = 0;
-    for (std::size_t done = 0; done < bytes.size() && !error;) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n > 0)
-            done += static_cast<std::size_t>(n);
-        else if (n == 0)
-            error = ENOSPC;
-        else if (errno != EINTR)
-            error = errno;
-    }
+    int error = writeAllAt(fd, bytes, 0);
     if (!error && hadOld) {
         // The group as before where this user may give it; the mode as before in any case.
         [[maybe_unused]] const int grouped = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);

@@ -17,4 +17,10 @@ std::string writeWholeFile(const std::string& path, std::string_view bytes);
 // can, also when nothing is there yet.
 std::string wholeFileRefusal(const std::string& path);
 
+#ifndef _WIN32
+// Writes all of `bytes` to the descriptor from `offset` on, through interruptions and short
+// writes; 0, or the errno of the failure (ENOSPC when the disk took no more).
+int writeAllAt(int fd, std::string_view bytes, long long offset);
+#endif
+
 } // namespace corvane

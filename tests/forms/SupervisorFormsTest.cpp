@@ -238,19 +238,23 @@ TEST_F(SupervisorForms, AFirstPasswordWarnsTheSupervisorAndCancelSavesNothing)
     EXPECT_EQ(reloaded().users[3].Password, "");
 }
 
-// A store folder that takes no new file: the change is not written, the store is as it was to
-// the byte, and the error no routine traps ends the program as the runtime would.
-TEST_F(SupervisorForms, AStoreThatCannotBeWrittenIsLeftWhole)
+// A link planted where the store should be is not the store: the change is not written through
+// it, what it points to is as it was to the byte, and the error no routine traps ends the
+// program as the runtime would.
+TEST_F(SupervisorForms, ALinkPlantedAtTheStoreIsNotWrittenThrough)
 {
-    std::filesystem::create_directory(path.string() + ".new"); // in the way of the new store
-    const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT");
+    const std::string real = path.string() + ".elsewhere";
+    std::filesystem::rename(path, real);
+    std::filesystem::create_symlink(real, path);
+    const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT.elsewhere");
     store.SelectedUser = 2;
     frmUserInfo info(store, rights, boxes, false);
     info.show();
     control<QCheckBox>(info, "chkRights_0").click();
     control<QPushButton>(info, "cmdButton_0").click();
     EXPECT_EQ(boxes.untrappedErrors, std::vector<int>{err::PathFileAccessError});
-    EXPECT_EQ(folder.read("BRELLWICK/BWKXBIDS.DAT"), before);
+    EXPECT_EQ(folder.read("BRELLWICK/BWKXBIDS.DAT.elsewhere"), before);
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
 }
 
 TEST_F(SupervisorForms, TheSupervisorKeepsTheName)
