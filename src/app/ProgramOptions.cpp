@@ -16,7 +16,8 @@ struct Parser {
     QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")};
     QCommandLineOption createStore{QStringLiteral("create-user-store"),
         QStringLiteral("Create a first user store (SUPERVISOR and GUEST, no passwords) where the program looks for it "
-                       "($CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT), unless one is there already.")};
+                       "(/var/lib/corvane/BWKXBIDS.DAT, or $CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT), unless one is there "
+                       "already, there or at the old place /BRELLWICK/BWKXBIDS.DAT.")};
     QCommandLineOption demo{QStringLiteral("demo"),
         QStringLiteral("Run against a simulated host in this process, with a throw-away user store, registry and "
                        "program folder.")};

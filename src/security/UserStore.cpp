@@ -179,6 +179,9 @@ int putStoreInPlace(const std::string& path, const std::string& bytes)
         }
         if (::fchmod(fd, old.st_mode & 07777) != 0)
             return giveUp(errno);
+    } else if (::fchmod(fd, 0660) != 0) {
+        // A first store is the group's to share, whatever the umask: nothing for anyone else.
+        return giveUp(errno);
     }
     if (const int error = writeAllAt(fd, bytes, 0))
         return giveUp(error);
@@ -247,16 +250,31 @@ UserEntry decodeUserRecord(const UserRecordBytes& record)
     return entry;
 }
 
+std::string chooseStorePlace(const std::string& newPlace, const std::string& oldPlace)
+{
+    std::error_code ec;
+    if (std::filesystem::exists(std::filesystem::symlink_status(newPlace, ec)))
+        return newPlace;
+    return std::filesystem::exists(std::filesystem::symlink_status(oldPlace, ec)) ? oldPlace : newPlace;
+}
+
 std::string userStorePath()
 {
+    const char* root = std::getenv("CORVANE_ROOT");
+    if (root && *root) {
+        std::string base = root;
+        while (base.size() > 1 && (base.back() == '/' || base.back() == '\\'))
+            base.pop_back();
+#ifdef _WIN32
+        return base + "\\BRELLWICK\\BWKXBIDS.DAT";
+#else
+        return (base == "/" ? "" : base) + "/BRELLWICK/BWKXBIDS.DAT";
+#endif
+    }
 #ifdef _WIN32
     return programFolder().substr(0, 2) + "\\BRELLWICK\\BWKXBIDS.DAT";
 #else
-    const char* root = std::getenv("CORVANE_ROOT");
-    std::string base = root && *root ? root : "/";
-    while (base.size() > 1 && base.back() == '/')
-        base.pop_back();
-    return (base == "/" ? "" : base) + "/BRELLWICK/BWKXBIDS.DAT";
+    return chooseStorePlace(DefaultStorePlace, OldStorePlace);
 #endif
 }
 

@@ -192,5 +192,27 @@ TEST_F(UserStoreFile, SavingCreatesAMissingStoreButNotItsFolder)
     EXPECT_EQ(errorNumberRaisedBy([&] { elsewhere.Save_User_Record(0); }), err::PathNotFound);
 }
 
+// The store's place: the new one, unless only the old one holds a store, so that no first store
+// is ever made while a store lies at either.
+TEST(UserStorePlace, TheNewPlaceUnlessOnlyTheOldHoldsAStore)
+{
+    test::ScratchProgramFolder folder;
+    const std::string newPlace = folder.file("new.DAT").string(), oldPlace = folder.file("old.DAT").string();
+    struct Case {
+        bool atNew, atOld;
+        const std::string& chosen;
+    } const cases[] = {
+        {false, false, newPlace}, {false, true, oldPlace}, {true, false, newPlace}, {true, true, newPlace}};
+    for (const Case& c : cases) {
+        std::filesystem::remove(newPlace);
+        std::filesystem::remove(oldPlace);
+        if (c.atNew)
+            folder.write("new.DAT", "x");
+        if (c.atOld)
+            folder.write("old.DAT", "x");
+        EXPECT_EQ(chooseStorePlace(newPlace, oldPlace), c.chosen) << c.atNew << c.atOld;
+    }
+}
+
 } // namespace
 } // namespace corvane
