@@ -1,5 +1,6 @@
 #include "security/UserStore.h"
 
+#include "runtime/BoundedRead.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RunTimeError.h"
@@ -282,24 +283,22 @@ Bool16 UserStore::Load_User_Store()
 {
     path = userStorePath();
     fault.clear();
-    errno = 0;
-    File file(std::fopen(path.c_str(), "rb"));
-    if (!file) {
-        if (errno == ENOENT || errno == ENOTDIR)
-            return FalseValue;
-        raise(fileErrorFromErrno(errno));
-    }
+    // Read whole, and only what a store can be: a regular file of at most 32,767 records (a pipe
+    // at its place would hold the program up, a huge file fill its memory).
+    const BoundedRead read = readBoundedFile(path, static_cast<long long>(INT16_MAX) * UserRecordLength);
+    if (read.missing)
+        return FalseValue;
+    if (!read.refusal.empty())
+        raise(read.refusal.find("more than") != std::string::npos ? err::Overflow : err::PathFileAccessError);
 
     std::vector<UserEntry> loaded;
     UserRecordBytes record;
-    std::size_t got = 0;
-    while ((got = std::fread(record.data(), 1, record.size(), file.get())) == record.size()) {
+    std::size_t at = 0;
+    for (; at + record.size() <= read.bytes.size(); at += record.size()) {
+        std::copy_n(read.bytes.begin() + static_cast<std::ptrdiff_t>(at), record.size(), record.begin());
         loaded.push_back(decodeUserRecord(record));
-        toInt16(static_cast<std::int64_t>(loaded.size())); // a table past 32767 entries overflows
     }
-    if (std::ferror(file.get()))
-        raise(err::DeviceIoError);
-    fault = storeFault(loaded, got);
+    fault = storeFault(loaded, read.bytes.size() - at);
     if (!fault.empty())
         throw UnsoundStore(fault);
 

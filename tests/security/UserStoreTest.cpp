@@ -106,7 +106,7 @@ TEST_F(UserStoreFile, EmptyMissingDamagedAndUnreadableStores)
 
     const std::string when = test::ScratchProgramFolder::momentText();
     EXPECT_EQ(folder.lines("error.log"),
-        (std::vector<std::string>{"Error Location 143 Err = 6 " + when, "Error Location 143 Err = 57 " + when}));
+        (std::vector<std::string>{"Error Location 143 Err = 6 " + when, "Error Location 143 Err = 75 " + when}));
 }
 
 // Stores no program of ours writes: each is refused whole, says why, writes nothing to error.log
