@@ -287,8 +287,15 @@ void Client::logIn()
     Load_Rights_List(rights_, "CVREMOTE");
     if (options_.user) {
         std::int16_t index = 0;
-        switch (checkLogin(
-            store_, toLatin1Bytes(*options_.user), toLatin1Bytes(options_.password.value_or(QString())), index)) {
+        std::string typed = toLatin1Bytes(options_.password.value_or(QString()));
+        const LoginCheck check = checkLogin(store_, toLatin1Bytes(*options_.user), typed, index);
+        // The password has done its work: it stays in no buffer of ours.
+        std::fill(typed.begin(), typed.end(), '\0');
+        if (options_.password) {
+            options_.password->fill(QChar(0));
+            options_.password.reset();
+        }
+        switch (check) {
         case LoginCheck::Ok:
             store_.CurrentUser = index;
             break;

@@ -3,6 +3,7 @@
 #include "runtime/BoundedRead.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSet>
 #include <QSettings>
 #include <QStandardPaths>
@@ -69,7 +70,9 @@ private:
                                  .filePath(hive == Hive::Machine ? QStringLiteral("machine.ini") : QStringLiteral("user.ini"));
         // A settings file is small: what is no regular file (a pipe would hold the program up)
         // or is far larger than any the program writes is not read, and the hive reads empty.
-        const BoundedRead check = readBoundedFile(file.toLocal8Bit().toStdString(), SettingsFileLimit);
+        BoundedRead check = readBoundedFile(file.toLocal8Bit().toStdString(), SettingsFileLimit);
+        if (QFileInfo(file).isSymLink()) // a link planted there is neither read nor written through
+            check = {{}, "it is a symbolic link", false};
         if (!check.refusal.empty() && !check.missing) {
             static QSet<QString> told;
             if (!told.contains(file)) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <string_view>
 
 #include <sys/stat.h>
 
@@ -60,15 +61,23 @@ TEST_F(IniRegistry, AFolderThatCannotBeWrittenRefusesTheKey)
     EXPECT_FALSE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostName1"), QStringLiteral("x")));
 }
 
-// A settings file that is no regular file (a pipe would hold the program up) or far larger than
-// any the program writes is not read: its hive reads empty and takes nothing.
+// A settings file that is no regular file (a pipe would hold the program up, a link may lead
+// anywhere) or far larger than any the program writes is not read: its hive reads empty and takes
+// nothing.
 TEST_F(IniRegistry, ASettingsFileThatIsNoneIsNotRead)
 {
     const QString machine = dir.filePath(QStringLiteral("machine.ini"));
-    for (const bool pipe : {true, false}) {
+    const QString elsewhere = dir.filePath(QStringLiteral("elsewhere.ini"));
+    for (const char* kind : {"a pipe", "a link", "a large file"}) {
         QFile::remove(machine);
-        if (pipe) {
+        if (kind == std::string_view("a pipe")) {
             ASSERT_EQ(::mkfifo(machine.toLocal8Bit().constData(), 0600), 0);
+        } else if (kind == std::string_view("a link")) {
+            QFile target(elsewhere);
+            ASSERT_TRUE(target.open(QIODevice::WriteOnly));
+            target.write("[Software]\nHostIP1=10.0.0.9\n");
+            target.close();
+            ASSERT_TRUE(QFile::link(elsewhere, machine));
         } else {
             QFile big(machine);
             ASSERT_TRUE(big.open(QIODevice::WriteOnly));
@@ -76,10 +85,13 @@ TEST_F(IniRegistry, ASettingsFileThatIsNoneIsNotRead)
             big.write(QByteArray(2 << 20, ';'));
         }
         auto registry = openSystemRegistry();
-        EXPECT_EQ(registry->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QString()) << pipe;
+        EXPECT_EQ(registry->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QString()) << kind;
         EXPECT_FALSE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1"), QStringLiteral("x")))
-            << pipe;
+            << kind;
     }
+    QFile target(elsewhere);
+    ASSERT_TRUE(target.open(QIODevice::ReadOnly));
+    EXPECT_EQ(target.readAll(), QByteArray("[Software]\nHostIP1=10.0.0.9\n")) << "nothing written through the link";
 }
 
 } // namespace
