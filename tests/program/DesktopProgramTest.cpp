@@ -2,6 +2,8 @@
 #include "app/DesktopProgram.h"
 #include "commparms/forms/frmCommParms.h"
 #include "security/FirstStore.h"
+#include "protocol/PacketTypes.h"
+#include "security/UserStore.h"
 #include "security/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/Rights.h"
@@ -83,6 +85,33 @@ TEST_F(Program, ATemporaryUserAuthorisesTheEditorsUpdate)
     EXPECT_EQ(line.value(QStringLiteral("user")).toString(), QStringLiteral("SMITH"));
     EXPECT_EQ(line.value(QStringLiteral("authorisedBy")).toString(), QStringLiteral("JONES"));
     EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("desktop"));
+}
+
+// Escape on the purge question answers No: nothing is purged (the host has had every request
+// by the time it answers the next refresh); Yes purges.
+TEST_F(Program, EscapeOnThePurgeQuestionPurgesNothing)
+{
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    frmCVRemote& window = start(test::connectingTo(1));
+    ASSERT_TRUE(test::waitFor([this] { return program->mainWindow()->session().connected() && filled(); }));
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Y}) {
+        bool asked = false;
+        test::whenBox<QMessageBox>(
+            [](QMessageBox& box) { return box.text().contains(QStringLiteral("purge and reset")); },
+            [&asked, key](QMessageBox& box) {
+                asked = true;
+                if (key == Qt::Key_Escape)
+                    QTest::keyClick(&box, key);
+                else
+                    box.buttons().at(0)->click(); // Yes, the first of Yes and No
+            });
+        QTest::mouseClick(&control<QPushButton>(window, "cmdPurgeAndReset"), Qt::LeftButton);
+        ASSERT_TRUE(test::waitFor([&] { return asked; }));
+        const std::size_t refreshes = plant.receivedOfType(packet_type::StatusRequest);
+        QTest::mouseClick(&control<QPushButton>(window, "cmdRefresh"), Qt::LeftButton);
+        ASSERT_TRUE(test::waitFor([&] { return plant.receivedOfType(packet_type::StatusRequest) > refreshes; }));
+        EXPECT_EQ(plant.receivedOfType(packet_type::PurgeReset), key == Qt::Key_Escape ? 0u : 1u);
+    }
 }
 
 // The box takes the focus, as on any desktop, and the field goes back: Save writes no duplicate.
