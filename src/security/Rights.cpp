@@ -1,5 +1,7 @@
 #include "security/Rights.h"
 
+#include <algorithm>
+
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 
@@ -78,6 +80,7 @@ Bool16 Check_Access(
             return FalseValue;
         const Bool16 allowed = Check_Temp_User(store, right, answer.name, answer.password, ui, temporaryUser);
         answer.name.clear();
+        std::fill(answer.password.begin(), answer.password.end(), '\0'); // in no buffer once checked
         answer.password.clear();
         return allowed;
     }

@@ -3,6 +3,8 @@
 #include "platform/Latin1.h"
 #include "ui_frmChangeUser.h"
 
+#include <algorithm>
+
 namespace corvane {
 
 frmChangeUser::frmChangeUser(const UserStore& store, LoginValues& values, QWidget* parent)
@@ -35,10 +37,14 @@ void frmChangeUser::showEvent(QShowEvent* event)
 void frmChangeUser::pressOk()
 {
     std::int16_t index = 0;
-    switch (checkLogin(store_, toLatin1Bytes(ui->txtUserName->text()), toLatin1Bytes(ui->txtPassword->text()), index)) {
+    std::string typed = toLatin1Bytes(ui->txtPassword->text());
+    const LoginCheck check = checkLogin(store_, toLatin1Bytes(ui->txtUserName->text()), typed, index);
+    std::fill(typed.begin(), typed.end(), '\0'); // the password is kept in no buffer once checked
+    switch (check) {
     case LoginCheck::Ok:
         values_.LoginUser = index;
         values_.LoginResult = std::string(LoginOk);
+        ui->txtPassword->clear();
         accept();
         break;
     case LoginCheck::InvalidPassword:

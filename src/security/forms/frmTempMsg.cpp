@@ -19,6 +19,7 @@ frmTempMsg::frmTempMsg(UserStore& store, LoginValues& values, QWidget* parent)
     connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] {
         answer_.name = toLatin1Bytes(ui->txtTempUserName->text());
         answer_.password = toLatin1Bytes(ui->txtTempPassword->text());
+        ui->txtTempPassword->clear(); // handed on, and kept by the form no longer
         accept();
     });
     connect(ui->cmdButton_1, &QPushButton::clicked, this, &QDialog::reject);
