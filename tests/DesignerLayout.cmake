@@ -1,3 +1,4 @@
+cmake_minimum_required(VERSION 3.25)
 # Fails when a form is squeezed onto long lines: every .ui keeps one element a line, as Designer
 # writes it, so that a change to a form reads as a diff of the elements it touched.
 #   cmake -DSOURCE_DIR=<the project> -P tests/DesignerLayout.cmake
