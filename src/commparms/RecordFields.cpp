@@ -1,5 +1,7 @@
 #include "commparms/RecordFields.h"
 
+#include "runtime/Text.h"
+
 #include "commparms/ParmsFields.h"
 
 #include <functional>
@@ -168,8 +170,8 @@ std::vector<ChangedField> changedFields(
 
 bool keptByTerminalOnly(std::string_view name)
 {
-    for (const auto& spec : NotCarried)
-        if (nameOf(spec.key) == name)
+    for (const auto& kept : NotCarried)
+        if (nameOf(kept.key) == name)
             return true;
     return false;
 }
@@ -182,18 +184,13 @@ std::string fieldValueText(std::string_view name, const FieldValue& value)
             return *number != 0 ? "True" : "False";
         return std::to_string(*number);
     }
-    std::string text = "\"";
+    std::string quoted;
     for (const char c : std::get<std::string>(value)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7f || c == '"' || c == '\\') {
-            static constexpr char Hex[] = "0123456789abcdef";
-            text += c == '"' ? std::string("\\\"") : c == '\\' ? std::string("\\\\")
-                : std::string("\\x") + Hex[byte >> 4] + Hex[byte & 15];
-        } else {
-            text += c;
-        }
+        if (c == '"' || c == '\\')
+            quoted += '\\';
+        quoted += c;
     }
-    return text + "\"";
+    return "\"" + escapedControls(quoted) + "\"";
 }
 
 } // namespace corvane
