@@ -1,20 +1,17 @@
 #include "cli/PasswordInput.h"
 
+#include "runtime/BoundedRead.h"
 #include "security/Login.h"
 
 #include <cstdio>
 #include <iostream>
 
 #ifndef _WIN32
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 #endif
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
+#include <algorithm>
 
 namespace corvane::cli {
 namespace {
@@ -82,49 +79,17 @@ std::optional<std::string> askPassword(const std::string& prompt)
 
 PasswordFromFile readPasswordFile(const std::string& path)
 {
-    const auto refused = [&path](const std::string& why) { return PasswordFromFile{std::nullopt, path + ": " + why}; };
-#ifndef _WIN32
-    const int fd = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0)
-        return refused(errno == ELOOP ? "is a symbolic link" : std::strerror(errno));
-    struct Closer {
-        int fd;
-        ~Closer() { ::close(fd); }
-    } closer{fd};
-    struct stat st { };
-    if (::fstat(fd, &st) != 0)
-        return refused(std::strerror(errno));
-    if (!S_ISREG(st.st_mode))
-        return refused("is no regular file");
-    if ((st.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-        return refused("others may read or write it: make it readable by its owner only (chmod 600)");
-    if (st.st_size > PasswordFileLimit)
-        return refused("holds more than " + std::to_string(PasswordFileLimit) + " bytes: no password file");
-    std::string text(static_cast<std::size_t>(st.st_size), '\0');
-    std::size_t got = 0;
-    while (got < text.size()) {
-        const ssize_t n = ::read(fd, text.data() + got, text.size() - got);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        got += static_cast<std::size_t>(n);
+    BoundedRead read = readBoundedFile(path, PasswordFileLimit, false);
+    if (read.refusal.empty() && (read.mode & 077) != 0)
+        read.refusal = "others may read or write it: make it readable by its owner only (chmod 600)";
+    if (!read.refusal.empty()) {
+        std::fill(read.bytes.begin(), read.bytes.end(), '\0');
+        return {std::nullopt, path + ": " + read.refusal};
     }
-    text.resize(got);
-#else
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return refused("cannot be read");
-    std::string text(static_cast<std::size_t>(PasswordFileLimit) + 1, '\0');
-    in.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(in.gcount()));
-    if (static_cast<long long>(text.size()) > PasswordFileLimit)
-        return refused("holds more than " + std::to_string(PasswordFileLimit) + " bytes: no password file");
-#endif
-    std::string line = text.substr(0, text.find('\n'));
+    std::string line = read.bytes.substr(0, read.bytes.find('\n'));
     if (!line.empty() && line.back() == '\r')
         line.pop_back();
-    std::fill(text.begin(), text.end(), '\0');
+    std::fill(read.bytes.begin(), read.bytes.end(), '\0');
     return {line, {}};
 }
 

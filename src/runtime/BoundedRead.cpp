@@ -22,7 +22,7 @@ std::string tooLarge(long long limit)
 
 } // namespace
 
-BoundedRead readBoundedFile(const std::string& path, long long limit)
+BoundedRead readBoundedFile(const std::string& path, long long limit, bool followLinks)
 {
     BoundedRead out;
 #ifdef _WIN32
@@ -31,6 +31,10 @@ BoundedRead readBoundedFile(const std::string& path, long long limit)
     if (ec || !std::filesystem::exists(status)) {
         out.missing = true;
         out.refusal = "it is not there";
+        return out;
+    }
+    if (!followLinks && std::filesystem::is_symlink(std::filesystem::symlink_status(path, ec))) {
+        out.refusal = "it is a symbolic link";
         return out;
     }
     if (!std::filesystem::is_regular_file(status)) {
@@ -42,10 +46,10 @@ BoundedRead readBoundedFile(const std::string& path, long long limit)
     in.read(out.bytes.data(), static_cast<std::streamsize>(out.bytes.size()));
     out.bytes.resize(static_cast<std::size_t>(in.gcount()));
 #else
-    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | (followLinks ? 0 : O_NOFOLLOW));
     if (fd < 0) {
         out.missing = errno == ENOENT;
-        out.refusal = std::strerror(errno);
+        out.refusal = !followLinks && errno == ELOOP ? "it is a symbolic link" : std::strerror(errno);
         return out;
     }
     struct Closer {
@@ -61,6 +65,7 @@ BoundedRead readBoundedFile(const std::string& path, long long limit)
         out.refusal = "it is no regular file";
         return out;
     }
+    out.mode = static_cast<unsigned>(st.st_mode & 07777);
     if (st.st_size > limit) {
         out.refusal = tooLarge(limit);
         return out;

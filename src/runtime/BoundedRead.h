@@ -12,7 +12,9 @@ struct BoundedRead {
     std::string bytes;
     std::string refusal; // empty when read; else why, in words
     bool missing = false;
+    unsigned mode = 0; // the file's permission bits, where the system has them
 };
-BoundedRead readBoundedFile(const std::string& path, long long limit);
+// `followLinks` false: a link at the path is refused ("it is a symbolic link").
+BoundedRead readBoundedFile(const std::string& path, long long limit, bool followLinks = true);
 
 } // namespace corvane

@@ -57,10 +57,10 @@ std::string wholeFileRefusal(const std::string& path)
     return std::filesystem::is_regular_file(status) ? std::string() : "it is not a regular file";
 }
 
-std::string writeWholeFile(const std::string& path, std::string_view bytes)
+int putWholeFile(const std::string& path, std::string_view bytes, const WholeFileWay&)
 {
-    if (std::string refusal = wholeFileRefusal(path); !refusal.empty())
-        return refusal;
+    if (!wholeFileRefusal(path).empty())
+        return NoRegularFile;
     const std::string temporary = temporaryName(path);
     std::error_code ec;
     {
@@ -69,11 +69,11 @@ std::string writeWholeFile(const std::string& path, std::string_view bytes)
             out.close();
             std::filesystem::rename(temporary, path, ec);
             if (!ec)
-                return {};
+                return 0;
         }
     }
     std::filesystem::remove(temporary);
-    return ec ? ec.message() : "the file could not be written";
+    return ec ? ec.value() : EIO;
 }
 
 #else
@@ -89,6 +89,10 @@ std::string refusalOf(const struct stat& status)
 
 } // namespace
 
+namespace {
+
+// All of `bytes` to the descriptor from `offset` on, through interruptions and short writes;
+// 0, or the errno of the failure (ENOSPC when the disk took no more).
 int writeAllAt(int fd, std::string_view bytes, long long offset)
 {
     for (std::size_t done = 0; done < bytes.size();) {
@@ -103,6 +107,25 @@ int writeAllAt(int fd, std::string_view bytes, long long offset)
     return 0;
 }
 
+// The bytes written over the file itself, through a descriptor that follows no link.
+int rewriteInPlace(const std::string& path, std::string_view bytes)
+{
+    const int fd = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
+    if (fd < 0)
+        return errno == ELOOP ? NoRegularFile : errno;
+    struct stat st { };
+    int error = ::fstat(fd, &st) != 0 ? errno : S_ISREG(st.st_mode) ? 0 : NoRegularFile;
+    if (!error)
+        error = writeAllAt(fd, bytes, 0);
+    if (!error && ::fsync(fd) != 0)
+        error = errno;
+    if (::close(fd) != 0 && !error)
+        error = errno;
+    return error;
+}
+
+} // namespace
+
 std::string wholeFileRefusal(const std::string& path)
 {
     struct stat status { };
@@ -110,34 +133,50 @@ std::string wholeFileRefusal(const std::string& path)
     return ::lstat(path.c_str(), &status) == 0 ? refusalOf(status) : std::string();
 }
 
-std::string writeWholeFile(const std::string& path, std::string_view bytes)
+int putWholeFile(const std::string& path, std::string_view bytes, const WholeFileWay& way)
 {
     struct stat old { };
     const bool hadOld = ::lstat(path.c_str(), &old) == 0;
     if (!hadOld && errno != ENOENT)
-        return systemMessage(errno);
+        return errno;
     if (hadOld && !refusalOf(old).empty())
-        return refusalOf(old);
+        return NoRegularFile;
 
     // O_EXCL never opens what is there, a link included: a name taken is passed over.
     std::string temporary;
     int fd = -1;
     for (int attempt = 0; fd < 0 && attempt < 16; ++attempt) {
         temporary = temporaryName(path);
-        fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, hadOld ? 0600 : 0666);
-        if (fd < 0 && errno != EEXIST)
-            return systemMessage(errno);
+        fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+            hadOld || way.exactNewMode ? 0600 : way.newMode);
+        if (fd < 0 && errno != EEXIST) {
+            if (way.keepOwner && hadOld && (errno == EACCES || errno == EPERM || errno == EROFS))
+                return rewriteInPlace(path, bytes);
+            return errno;
+        }
     }
     if (fd < 0)
-        return systemMessage(EEXIST);
+        return EEXIST;
 
-    int error = writeAllAt(fd, bytes, 0);
-    if (!error && hadOld) {
-        // The group as before where this user may give it; the mode as before in any case.
-        [[maybe_unused]] const int grouped = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
+    int error = 0;
+    if (hadOld) {
+        // The owner as before where this process may give it (root), else at least the group
+        // where this user may; the mode as before in any case.
+        if (!(way.keepOwner && ::fchown(fd, old.st_uid, old.st_gid) == 0)) {
+            if (way.keepOwner && old.st_uid != ::geteuid()) {
+                ::close(fd);
+                ::unlink(temporary.c_str());
+                return rewriteInPlace(path, bytes);
+            }
+            [[maybe_unused]] const int grouped = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
+        }
         if (::fchmod(fd, old.st_mode & 07777) != 0)
             error = errno;
+    } else if (way.exactNewMode && ::fchmod(fd, way.newMode) != 0) {
+        error = errno;
     }
+    if (!error)
+        error = writeAllAt(fd, bytes, 0);
     if (!error && ::fsync(fd) != 0)
         error = errno;
     if (::close(fd) != 0 && !error)
@@ -146,7 +185,7 @@ std::string writeWholeFile(const std::string& path, std::string_view bytes)
         error = errno;
     if (error) {
         ::unlink(temporary.c_str());
-        return systemMessage(error);
+        return error;
     }
     // The rename itself reaches the disk with its folder; a folder that cannot be synced is no
     // failure of the write.
@@ -154,9 +193,19 @@ std::string writeWholeFile(const std::string& path, std::string_view bytes)
         ::fsync(folder);
         ::close(folder);
     }
-    return {};
+    return 0;
 }
 
 #endif
+
+std::string writeWholeFile(const std::string& path, std::string_view bytes)
+{
+    if (std::string refusal = wholeFileRefusal(path); !refusal.empty())
+        return refusal;
+    const int error = putWholeFile(path, bytes, {});
+    if (error == NoRegularFile)
+        return "it is not a regular file";
+    return error ? systemMessage(error) : std::string();
+}
 
 } // namespace corvane

@@ -15,18 +15,13 @@
 #include <memory>
 #include <system_error>
 
-#include <random>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
 
 namespace corvane {
 namespace {
+
+// A store holds at most 32,767 records (its indices are 16-bit).
+constexpr long long MaxStoreBytes = static_cast<long long>(INT16_MAX) * UserRecordLength;
 
 // Our tables follow one rule each: name and password entries stay between 5 and 51, so any
 // printable character (32-126) still fits in a byte once scrambled; neighbouring rights entries
@@ -69,143 +64,6 @@ void putField(UserRecordBytes& record, std::size_t offset, std::string_view text
     for (std::size_t i = 0; i < UserFieldLength; ++i)
         record[offset + i] = static_cast<unsigned char>(field[i]);
 }
-
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-#ifdef _WIN32
-// What was written reaches the disk before the new store takes the old one's place.
-bool syncToDisk(std::FILE* file)
-{
-#ifdef _WIN32
-    return _commit(_fileno(file)) == 0;
-#else
-    return ::fsync(::fileno(file)) == 0;
-#endif
-}
-#endif
-
-#ifndef _WIN32
-// The store's bytes written over the store itself, through a descriptor that never follows a
-// link: where no new file can be made beside it (a folder only the administrator may write) or
-// a new file could not keep the store's owner.
-int rewriteInPlace(const std::string& path, const std::string& bytes)
-{
-    const int fd = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (fd < 0)
-        return fileErrorFromErrno(errno == ELOOP ? EACCES : errno);
-    struct stat st { };
-    int error = ::fstat(fd, &st) != 0 ? errno : S_ISREG(st.st_mode) ? 0 : EACCES;
-    if (!error)
-        error = writeAllAt(fd, bytes, 0);
-    if (!error && ::fsync(fd) != 0)
-        error = errno;
-    if (::close(fd) != 0 && !error)
-        error = errno;
-    return error ? fileErrorFromErrno(error) : 0;
-}
-#endif
-
-// The new store goes in place whole or not at all. A new file is created exclusively beside the
-// store under a name no one else would pick (never opening what is there, a planted link
-// included), written, synced, given the store's owner, group and mode, and renamed over it. What
-// lies at the store's path must be a regular file: a link or anything else is refused and left
-// as it is. 0, or the runtime's file error number.
-int putStoreInPlace(const std::string& path, const std::string& bytes)
-{
-#ifdef _WIN32
-    // Untested: no Windows build has been made. No links or owners to keep there.
-    const std::string temporary = path + ".new";
-    errno = 0;
-    File out{std::fopen(temporary.c_str(), "wb")};
-    if (!out)
-        return fileErrorFromErrno(errno);
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), out.get()) == bytes.size()
-        && std::fflush(out.get()) == 0 && syncToDisk(out.get());
-    const int writeErrno = errno;
-    out.reset();
-    std::error_code ec;
-    if (written) {
-        std::filesystem::rename(temporary, path, ec);
-        if (!ec)
-            return 0;
-    }
-    const int error = written ? ec.value() : writeErrno;
-    std::filesystem::remove(temporary, ec);
-    return fileErrorFromErrno(error);
-#else
-    struct stat old { };
-    const bool hadOld = ::lstat(path.c_str(), &old) == 0;
-    if (!hadOld && errno != ENOENT)
-        return fileErrorFromErrno(errno);
-    if (hadOld && !S_ISREG(old.st_mode))
-        return err::PathFileAccessError; // a link, a folder, a device: not the store
-    const std::size_t slash = path.find_last_of('/');
-    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    static std::mt19937_64 random{std::random_device{}()};
-    std::string temporary;
-    int fd = -1;
-    for (int attempt = 0; fd < 0 && attempt < 16; ++attempt) {
-        char suffix[17];
-        std::snprintf(suffix, sizeof suffix, "%016llx", static_cast<unsigned long long>(random()));
-        temporary = folder + "/." + name + "." + suffix;
-        fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-        if (fd < 0 && errno != EEXIST) {
-            if (hadOld && (errno == EACCES || errno == EPERM || errno == EROFS))
-                return rewriteInPlace(path, bytes);
-            return fileErrorFromErrno(errno);
-        }
-    }
-    if (fd < 0)
-        return fileErrorFromErrno(EEXIST);
-    const auto giveUp = [&](int error) {
-        ::close(fd);
-        ::unlink(temporary.c_str());
-        return fileErrorFromErrno(error);
-    };
-    if (hadOld) {
-        // The owner as before (root may give it), else at least the group where this user may.
-        bool ownerKept = ::fchown(fd, old.st_uid, old.st_gid) == 0;
-        if (!ownerKept && old.st_uid == ::geteuid()) {
-            [[maybe_unused]] const int grouped = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
-            ownerKept = true;
-        }
-        if (!ownerKept) {
-            ::close(fd);
-            ::unlink(temporary.c_str());
-            return rewriteInPlace(path, bytes);
-        }
-        if (::fchmod(fd, old.st_mode & 07777) != 0)
-            return giveUp(errno);
-    } else if (::fchmod(fd, 0660) != 0) {
-        // A first store is the group's to share, whatever the umask: nothing for anyone else.
-        return giveUp(errno);
-    }
-    if (const int error = writeAllAt(fd, bytes, 0))
-        return giveUp(error);
-    if (::fsync(fd) != 0)
-        return giveUp(errno);
-    if (::close(fd) != 0) {
-        const int error = errno;
-        ::unlink(temporary.c_str());
-        return fileErrorFromErrno(error);
-    }
-    if (::rename(temporary.c_str(), path.c_str()) != 0) {
-        const int error = errno;
-        ::unlink(temporary.c_str());
-        return fileErrorFromErrno(error);
-    }
-    if (const int dir = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); dir >= 0) {
-        ::fsync(dir);
-        ::close(dir);
-    }
-    return 0;
-#endif
-}
-
 
 } // namespace
 
@@ -285,7 +143,7 @@ Bool16 UserStore::Load_User_Store()
     fault.clear();
     // Read whole, and only what a store can be: a regular file of at most 32,767 records (a pipe
     // at its place would hold the program up, a huge file fill its memory).
-    const BoundedRead read = readBoundedFile(path, static_cast<long long>(INT16_MAX) * UserRecordLength);
+    const BoundedRead read = readBoundedFile(path, MaxStoreBytes);
     if (read.missing)
         return FalseValue;
     if (!read.refusal.empty())
@@ -357,24 +215,22 @@ void UserStore::Save_User_Record(std::int16_t index)
     const UserRecordBytes record = encodeUserRecord(user(index));
     if (path.empty())
         path = userStorePath();
-    std::string bytes;
-    errno = 0;
-    if (File existing{std::fopen(path.c_str(), "rb")}) {
-        char buffer[4096];
-        for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, existing.get())) > 0;)
-            bytes.append(buffer, n);
-        if (std::ferror(existing.get()))
-            raise(fileErrorFromErrno(errno));
-    } else if (errno != ENOENT) {
-        raise(fileErrorFromErrno(errno));
-    }
+    // The store as it is, read as loading reads it: a regular file of a store's size.
+    BoundedRead existing = readBoundedFile(path, MaxStoreBytes);
+    if (!existing.refusal.empty() && !existing.missing)
+        raise(existing.refusal.find("more than") != std::string::npos ? err::Overflow : err::PathFileAccessError);
+    std::string bytes = std::move(existing.bytes);
     const auto offset = static_cast<std::size_t>(index) * UserRecordLength;
     if (bytes.size() < offset + UserRecordLength)
         bytes.resize(offset + UserRecordLength, '\0');
     std::copy(record.begin(), record.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
 
-    if (const int error = putStoreInPlace(path, bytes))
-        raise(error);
+    // Whole or not at all, never through a planted link; a first store is the group's to share,
+    // whatever the umask. Where no new file can be made beside it or its owner kept, the store
+    // is rewritten in place.
+    const int error = putWholeFile(path, bytes, {.keepOwner = true, .newMode = 0660, .exactNewMode = true});
+    if (error)
+        raise(error == NoRegularFile ? err::PathFileAccessError : fileErrorFromErrno(error));
 }
 
 Bool16 UserStore::Find_User(std::string_view name, std::int16_t& index) const
