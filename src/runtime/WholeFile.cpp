@@ -107,14 +107,10 @@ int writeAllAt(int fd, std::string_view bytes, long long offset)
     return 0;
 }
 
-// The bytes written over the file itself, through a descriptor that follows no link.
-int rewriteInPlace(const std::string& path, std::string_view bytes)
+// Unless `error` came first: the bytes written, synced to the disk; the descriptor closed in any
+// case. The first failure, or 0.
+int finishWrite(int fd, std::string_view bytes, int error)
 {
-    const int fd = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (fd < 0)
-        return errno == ELOOP ? NoRegularFile : errno;
-    struct stat st { };
-    int error = ::fstat(fd, &st) != 0 ? errno : S_ISREG(st.st_mode) ? 0 : NoRegularFile;
     if (!error)
         error = writeAllAt(fd, bytes, 0);
     if (!error && ::fsync(fd) != 0)
@@ -122,6 +118,16 @@ int rewriteInPlace(const std::string& path, std::string_view bytes)
     if (::close(fd) != 0 && !error)
         error = errno;
     return error;
+}
+
+// The bytes written over the file itself, through a descriptor that follows no link.
+int rewriteInPlace(const std::string& path, std::string_view bytes)
+{
+    const int fd = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
+    if (fd < 0)
+        return errno == ELOOP ? NoRegularFile : errno;
+    struct stat st { };
+    return finishWrite(fd, bytes, ::fstat(fd, &st) != 0 ? errno : S_ISREG(st.st_mode) ? 0 : NoRegularFile);
 }
 
 } // namespace
@@ -175,12 +181,7 @@ int putWholeFile(const std::string& path, std::string_view bytes, const WholeFil
     } else if (way.exactNewMode && ::fchmod(fd, way.newMode) != 0) {
         error = errno;
     }
-    if (!error)
-        error = writeAllAt(fd, bytes, 0);
-    if (!error && ::fsync(fd) != 0)
-        error = errno;
-    if (::close(fd) != 0 && !error)
-        error = errno;
+    error = finishWrite(fd, bytes, error);
     if (!error && ::rename(temporary.c_str(), path.c_str()) != 0)
         error = errno;
     if (error) {
