@@ -26,12 +26,22 @@ std::string previousErrorLogPath()
     return programFolder() + "/error-Previous.log";
 }
 
-std::string errorLogLine(int location, int errorNumber)
+namespace {
+
+// A line without its date and time: what tells one trapped error from another.
+std::string errorLogKey(int location, int errorNumber)
 {
     std::string number = std::to_string(location);
     if (number.size() < 3)
         number.insert(0, 3 - number.size(), '0');
-    return "Error Location " + number + " Err = " + std::to_string(errorNumber) + " " + generalDateText(now());
+    return "Error Location " + number + " Err = " + std::to_string(errorNumber);
+}
+
+} // namespace
+
+std::string errorLogLine(int location, int errorNumber)
+{
+    return errorLogKey(location, errorNumber) + " " + generalDateText(now());
 }
 
 namespace {
@@ -119,14 +129,15 @@ void Log_Run_Time_Error(int location, int errorNumber)
 {
     try {
         const std::string path = errorLogPath();
-        if (!logWriterSet() && fileSize(path) > ErrorLogRotateAbove) {
+        const bool files = !logWriterSet();
+        long long size = files ? fileSize(path) : -1;
+        if (files && size > ErrorLogRotateAbove) {
             std::error_code ec;
             std::filesystem::rename(path, previousErrorLogPath(), ec);
+            size = fileSize(path);
         }
-        const std::string line = errorLogLine(location, errorNumber);
-        const std::string key = line.substr(0, line.find(' ', line.find("Err = ") + 6));
+        const std::string key = errorLogKey(location, errorNumber);
         Repeats& r = repeats();
-        const long long size = logWriterSet() ? -1 : fileSize(path);
         const bool ours = size == r.sizeAfter;
         if (ours && key == r.key && r.count + 1 < ErrorLogRepeatsCounted) {
             ++r.count;
@@ -137,8 +148,8 @@ void Log_Run_Time_Error(int location, int errorNumber)
                 r.key + " repeated " + std::to_string(key == r.key ? r.count + 1 : r.count) + " more times "
                     + generalDateText(now()));
         if (!(ours && key == r.key))
-            appendLogLine(path, line);
-        r = {key, logWriterSet() ? -1 : fileSize(path), 0};
+            appendLogLine(path, key + " " + generalDateText(now()));
+        r = {key, files ? fileSize(path) : -1, 0};
     } catch (...) {
         // The log is the last resort: a failure to write it is not reported anywhere.
     }
