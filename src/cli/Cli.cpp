@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -187,7 +188,8 @@ QString helpText(const QString& command)
         "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
         "error or refused value; 3 could not connect, or the connection ended; 4 host version refused;\n"
         "5 access refused or log-in failed; 6 a run-time error ended it (its number is said and logged), or\n"
-        "a file could not be written; 128 + N: signal N (SIGINT, SIGTERM, SIGHUP) ended it in order.\n");
+        "a file could not be written; 128 + N: signal N (SIGINT, SIGTERM, SIGHUP) ended it in order;\n"
+        "141: the reader of its output has gone.\n");
     return text;
 }
 
@@ -454,6 +456,10 @@ void writeOut(QByteArray bytes)
     if (std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout)
             != static_cast<std::size_t>(bytes.size())
         || std::fflush(stdout) != 0) {
+        // A reader that has gone (`| head`) ends the client quietly, as the pipe's signal ends
+        // any command; any other failure to write is said.
+        if (errno == EPIPE)
+            Client::end(128 + SIGPIPE);
         std::fprintf(stderr, "corvane-remote-cli: cannot write to standard output: %s\n", std::strerror(errno));
         Client::end(RunTimeFault);
     }

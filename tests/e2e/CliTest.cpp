@@ -20,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -367,6 +368,25 @@ TEST_F(Cli, PasswordsComeFromAFileOnlyItsOwnerMayRead)
 
 // Text from the host reaches a terminal with its control characters spelt out: no host can
 // clear the screen, ring the bell or forge a line.
+// A reader that has gone before the client writes (`| head` done) ends it quietly, as the pipe's
+// signal ends any command: status 141, nothing said.
+TEST_F(Cli, AReaderThatHasGoneEndsTheClientQuietly)
+{
+    QProcess process;
+    process.setChildProcessModifier([] {
+        int out[2];
+        if (::pipe(out) == 0) {
+            ::close(out[0]); // the reader, gone before anything is written
+            ::dup2(out[1], STDOUT_FILENO);
+        }
+    });
+    process.start(QStringLiteral(CORVANE_REMOTE_CLI_EXE), {QStringLiteral("status")});
+    ASSERT_TRUE(test::waitFor([&] { return process.state() == QProcess::NotRunning; }, 30000));
+    const int ended = process.exitStatus() == QProcess::CrashExit ? 128 + SIGPIPE : process.exitCode();
+    EXPECT_EQ(ended, 128 + SIGPIPE);
+    EXPECT_EQ(process.readAllStandardError(), QByteArray());
+}
+
 TEST_F(Cli, TheHostsTextIsShownNotObeyed)
 {
     plant.host.plant().status[0].WorkstationName = "LATHE\x1b[2J\x07\nPORT 99";
