@@ -2,7 +2,8 @@
 // send it and taken in again: the second build must equal the first, unless a value holds text
 // that reads as another key (the packet's contract then lets the first occurrence win).
 #include "Input.h"
-#include "commparms/ParmsFields.h"
+#include "commparms/FieldCatalogue.h"
+#include "commparms/RecordFields.h"
 #include "protocol/Framing.h"
 #include "protocol/PortParmsPacket.h"
 #include "runtime/RunTimeError.h"
@@ -17,12 +18,9 @@ bool holdsKeyText(const PortParmsTables& t, std::int16_t port)
 {
     const PortCommParms& p = t.PortCommParmsTable[static_cast<std::size_t>(port)];
     const DataCollectionParms& d = t.DataCollectionTable[static_cast<std::size_t>(port)];
-    for (std::int16_t section = FirstParmsSection; section < LastParmsSection; ++section)
-        for (const auto& field : commParmsSection(section))
-            if (field.text && (p.*field.text).find('=') != std::string::npos)
-                return true;
-    for (const auto& field : dataCollectionSection())
-        if (field.text && (d.*field.text).find('=') != std::string::npos)
+    for (const FieldRow& row : fieldCatalogue())
+        if (row.section != NotCarried && row.kind == FieldKind::Text
+            && std::get<std::string>(fieldValue(p, d, row)).find('=') != std::string::npos)
             return true;
     return false;
 }

@@ -54,6 +54,8 @@ constexpr Command Commands[] = {
     {"get-parms", getParms, "get-parms PORT", "fetch and print the port's two parameter records"},
     {"set-parms", setParms, "set-parms PORT NAME=VALUE...",
         "fetch, apply each change through the editor's rules in the order given,\nthen send the update"},
+    {"fields", fields, "fields",
+        "the fields set-parms and import take: each one's values and the editor's caption"},
     {"export", exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"},
     {"import", importParms, "import FILE [PORT...]",
         "send the records in FILE to their ports (each through the update exchange)"},

@@ -152,6 +152,7 @@ int status(Client& client);
 int watch(Client& client);
 int purge(Client& client);
 int getParms(Client& client);
+int fields(Client& client);
 int setParms(Client& client);
 int exportParms(Client& client);
 int importParms(Client& client);

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "commparms/MachineTypes.h"
-#include "commparms/ParmsRules.h"
-#include "commparms/PortParms.h"
+#include "commparms/FieldCatalogue.h"
 
 #include <string>
 #include <string_view>
@@ -14,7 +12,8 @@ namespace corvane {
 // the value as the records store it, made through the very rule the editor's control for that
 // field applies: its corrections happen, its warnings are in the outcome. A change no control
 // could make (an unknown name, a value that is no number, a choice the list does not have, a
-// value the rule refuses with a message) is refused, with why, and changes nothing.
+// control the port's settings disable, a value the rule refuses with a message) is refused,
+// with why, and changes nothing.
 struct FieldEdit {
     bool accepted = false;
     std::string refusal;

@@ -2,93 +2,11 @@
 
 #include "runtime/Text.h"
 
-#include "commparms/ParmsFields.h"
-
-#include <functional>
 #include <limits>
 #include <vector>
 
 namespace corvane {
 namespace {
-
-// Where a field lives: its packet field spec, or for the three that no packet carries, one of
-// its own.
-struct Entry {
-    RecordField field;
-    const FieldSpec<PortCommParms>* comm = nullptr;
-    const FieldSpec<DataCollectionParms>* collection = nullptr;
-};
-
-FieldKind kindOf(Encoding encoding)
-{
-    switch (encoding) {
-    case Encoding::Int16:
-        return FieldKind::Int16;
-    case Encoding::Int32:
-        return FieldKind::Int32;
-    case Encoding::Bool:
-        return FieldKind::Bool;
-    case Encoding::Text:
-    case Encoding::Fixed:
-        break;
-    }
-    return FieldKind::Text;
-}
-
-std::string_view nameOf(std::string_view key)
-{
-    return key.substr(0, key.size() - 1); // without its "="
-}
-
-constexpr FieldSpec<DataCollectionParms> NotCarried[] = {
-    {.key = "AppendDateAndTime=", .encoding = Encoding::Int16, .int16 = &DataCollectionParms::AppendDateAndTime},
-    {.key = "UseAdvancedFileOptions=",
-        .encoding = Encoding::Int16,
-        .int16 = &DataCollectionParms::UseAdvancedFileOptions},
-    {.key = "UseAdvancedPrintOptions=",
-        .encoding = Encoding::Int16,
-        .int16 = &DataCollectionParms::UseAdvancedPrintOptions},
-};
-
-const std::vector<Entry>& entries()
-{
-    static const std::vector<Entry> all = [] {
-        std::vector<Entry> out;
-        for (std::int16_t section = 1; section <= 5; ++section)
-            for (const auto& spec : commParmsSection(section))
-                out.push_back({{nameOf(spec.key), kindOf(spec.encoding), false}, &spec, nullptr});
-        for (const auto& spec : dataCollectionSection())
-            out.push_back({{nameOf(spec.key), kindOf(spec.encoding), true}, nullptr, &spec});
-        for (const auto& spec : NotCarried)
-            out.push_back({{nameOf(spec.key), kindOf(spec.encoding), true}, nullptr, &spec});
-        return out;
-    }();
-    return all;
-}
-
-const std::vector<RecordField>& fields()
-{
-    static const std::vector<RecordField> all = [] {
-        std::vector<RecordField> out;
-        for (const Entry& e : entries())
-            out.push_back(e.field);
-        return out;
-    }();
-    return all;
-}
-
-const Entry& entryOf(const RecordField& field)
-{
-    // A field from the table is found by its place in it; a copy, by its name.
-    const std::vector<RecordField>& all = fields();
-    const std::less<const RecordField*> before;
-    if (!before(&field, all.data()) && before(&field, all.data() + all.size()))
-        return entries()[static_cast<std::size_t>(&field - all.data())];
-    for (const Entry& e : entries())
-        if (e.field.name == field.name)
-            return e;
-    return entries().front(); // every RecordField comes from this table
-}
 
 template <typename R> FieldValue valueOf(const FieldSpec<R>& spec, const R& record)
 {
@@ -132,34 +50,29 @@ bool travelsIntact(std::string_view text)
 
 std::span<const RecordField> recordFields()
 {
-    return fields();
+    return fieldCatalogue();
 }
 
 const RecordField* findRecordField(std::string_view name)
 {
-    for (const RecordField& field : fields())
-        if (field.name == name)
-            return &field;
-    return nullptr;
+    return findField(name);
 }
 
 FieldValue fieldValue(const PortCommParms& p, const DataCollectionParms& d, const RecordField& field)
 {
-    const Entry& e = entryOf(field);
-    return e.comm ? valueOf(*e.comm, p) : valueOf(*e.collection, d);
+    return field.dataCollection ? valueOf(field.collection, d) : valueOf(field.comm, p);
 }
 
 bool setFieldValue(PortCommParms& p, DataCollectionParms& d, const RecordField& field, const FieldValue& value)
 {
-    const Entry& e = entryOf(field);
-    return e.comm ? store(*e.comm, p, value) : store(*e.collection, d, value);
+    return field.dataCollection ? store(field.collection, d, value) : store(field.comm, p, value);
 }
 
 std::vector<ChangedField> changedFields(
     const PortCommParms& p0, const DataCollectionParms& d0, const PortCommParms& p1, const DataCollectionParms& d1)
 {
     std::vector<ChangedField> changes;
-    for (const RecordField& field : fields()) {
+    for (const RecordField& field : fieldCatalogue()) {
         FieldValue before = fieldValue(p0, d0, field);
         FieldValue after = fieldValue(p1, d1, field);
         if (before != after)
@@ -170,10 +83,8 @@ std::vector<ChangedField> changedFields(
 
 bool keptByTerminalOnly(std::string_view name)
 {
-    for (const auto& kept : NotCarried)
-        if (nameOf(kept.key) == name)
-            return true;
-    return false;
+    const FieldRow* row = findField(name);
+    return row != nullptr && row->section == NotCarried;
 }
 
 std::string fieldValueText(std::string_view name, const FieldValue& value)

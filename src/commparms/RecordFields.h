@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commparms/PortParms.h"
+#include "commparms/FieldCatalogue.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,20 +11,10 @@
 
 namespace corvane {
 
-// Every field of a port's two records, by the name its packet key gives it ("Baud",
-// "SaveToFolder"), in the order the packet carries them; the data collection record's three
-// fields that no packet carries come last.
-enum class FieldKind {
-    Int16, // a number, flags included (-1 on, 0 off)
-    Int32,
-    Bool, // -1 or 0, carried as "True"/"False"
-    Text,
-};
-struct RecordField {
-    std::string_view name;
-    FieldKind kind;
-    bool dataCollection; // a field of DataCollectionParms rather than PortCommParms
-};
+// Every field of a port's two records, as the catalogue lists them (packet order, the data
+// collection record's three fields that no packet carries last), found by the name its packet key
+// gives it ("Baud", "SaveToFolder").
+using RecordField = FieldRow;
 std::span<const RecordField> recordFields();
 const RecordField* findRecordField(std::string_view name);
 

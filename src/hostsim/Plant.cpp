@@ -1,6 +1,7 @@
 #include "hostsim/Plant.h"
 
 #include "hostsim/HostPackets.h"
+#include "commparms/RecordFields.h"
 #include "protocol/PortParmsPacket.h"
 #include "runtime/Convert.h"
 #include "runtime/RunTimeError.h"
@@ -172,28 +173,16 @@ void Plant::advance()
 
 namespace {
 
-// The settings a serial port of the host can actually take.
+// The settings a serial port of the host can actually take: every choice within its list.
 std::string valueNoPortCanHold(const PortCommParms& p, const DataCollectionParms& dc)
 {
-    const struct {
-        const char* name;
-        int value, last;
-    } ranges[] = {
-        {"Baud", p.Baud, static_cast<int>(BaudRates.size()) - 1},
-        {"DataType", p.DataType, 3},
-        {"DataBits", p.DataBits, 1},
-        {"Parity", p.Parity, 2},
-        {"StopBits", p.StopBits, 1},
-        {"EobConversion", p.EobConversion, static_cast<int>(EndOfBlockCaptions.size()) - 1},
-        {"Handshaking", p.Handshaking, 2},
-        {"Remote_Req", p.Remote_Req, 2},
-        {"DataStreamOption", dc.DataStreamOption, 1},
-        {"FileNameOption", dc.FileNameOption, 1},
-        {"PrintOption", dc.PrintOption, 2},
-    };
-    for (const auto& r : ranges)
-        if (r.value < 0 || r.value > r.last)
-            return std::string(r.name) + "=" + std::to_string(r.value);
+    for (const FieldRow& row : fieldCatalogue()) {
+        if (!row.isChoice())
+            continue;
+        const auto value = std::get<std::int64_t>(fieldValue(p, dc, row));
+        if (value < row.lowest || value > row.highest)
+            return std::string(row.name) + "=" + std::to_string(value);
+    }
     return {};
 }
 

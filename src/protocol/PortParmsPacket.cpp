@@ -5,6 +5,7 @@
 #include "runtime/Text.h"
 
 #include <array>
+#include <type_traits>
 
 namespace corvane {
 namespace {
@@ -64,12 +65,20 @@ std::string printerPortToSend(PortCommParms& record, const std::vector<std::stri
 
 // Each field is stored as soon as it is read, so a field that fails leaves the earlier ones in
 // place. The record is looked up per field: a port with no record fails before anything is read.
+template <typename R> const FieldSpec<R>& wireOf(const FieldRow& row)
+{
+    if constexpr (std::is_same_v<R, DataCollectionParms>)
+        return row.collection;
+    else
+        return row.comm;
+}
+
 template <typename R, typename RecordOf>
-void extractSection(std::string_view packet, std::span<const FieldSpec<R>> fields, std::span<const std::size_t> order,
+void extractSection(std::string_view packet, std::span<const FieldRow> rows, std::span<const std::size_t> order,
     PacketSide side, RecordOf recordOf)
 {
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        const auto& field = fields[order.empty() ? i : order[i]];
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const FieldSpec<R>& field = wireOf<R>(rows[order.empty() ? i : order[i]]);
         if (field.sentOnly && side == PacketSide::Terminal)
             continue;
         R& record = recordOf();
@@ -85,11 +94,12 @@ std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, Por
     appendField(packet, "Port=", numberText(port));
     if (section == LastParmsSection) {
         const DataCollectionParms& record = tables.dataCollection(port);
-        for (const auto& field : dataCollectionSection())
-            appendField(packet, field.key, encoded(field, record));
+        for (const FieldRow& row : sectionFields(section))
+            appendField(packet, row.collection.key, encoded(row.collection, record));
     } else if (section >= FirstParmsSection && section < LastParmsSection) {
         PortCommParms& record = tables.commParms(port);
-        for (const auto& field : commParmsSection(section)) {
+        for (const FieldRow& row : sectionFields(section)) {
+            const FieldSpec<PortCommParms>& field = row.comm;
             if (field.text == &PortCommParms::PrinterPort && side == PacketSide::Terminal)
                 appendField(packet, field.key, printerPortToSend(record, tables.PrinterNames));
             else
@@ -104,13 +114,13 @@ void Extract_Port_Parms_Packet(std::string_view packet, PortParmsTables& tables,
     const std::int16_t port = textToInt16(Get_Packet_Field(packet, "Port="));
     const std::int16_t section = textToInt16(Get_Packet_Field(packet, "SECTION="));
     if (section == LastParmsSection) {
-        extractSection<DataCollectionParms>(packet, dataCollectionSection(), {}, side,
+        extractSection<DataCollectionParms>(packet, sectionFields(section), {}, side,
             [&]() -> DataCollectionParms& { return tables.dataCollection(port); });
     } else if (section >= FirstParmsSection && section < LastParmsSection) {
         const auto order
             = section == 2 ? std::span<const std::size_t>(Section2ReadOrder) : std::span<const std::size_t>();
         extractSection<PortCommParms>(
-            packet, commParmsSection(section), order, side, [&]() -> PortCommParms& { return tables.commParms(port); });
+            packet, sectionFields(section), order, side, [&]() -> PortCommParms& { return tables.commParms(port); });
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commparms/ParmsFields.h"
+#include "commparms/FieldCatalogue.h"
 #include "commparms/PortParms.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commparms/ParmsFields.h"
+#include "commparms/FieldCatalogue.h"
 #include "commparms/ParmsLink.h"
 #include "commparms/PortParms.h"
 #include "platform/ProgramTimer.h"

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace corvane {
 namespace {
 
@@ -75,11 +77,13 @@ TEST(FieldEdit, ARefusedChangeLeavesTheRecordsAsTheyWere)
             "control characters"},
         {"Machine_Unique_Id", "9", "no machine type with that identifier"},
         {"SaveToFolder", "C:\\DNC\\NOWHERE", "does not have full read write access"},
-        {"PrintOption", "1", "disabled"}, // with data collection off, below
+        {"iMinimumPurgeSeconds", "5", "no field the editor changes"}, // the baud rate's rule sets it
+        {"PrintOption", "1", "disabled"}, {"DataStartString", "%", "disabled"}, // with data collection off
     };
     for (const Case& c : cases) {
         Port port;
-        port.collection.ExtractData = std::string_view(c.name) == "PrintOption" ? 0 : 1;
+        const std::string_view name = c.name;
+        port.collection.ExtractData = name == "PrintOption" || name == "DataStartString" ? 0 : 1;
         const Port before = port;
         const FieldEdit edit = editField(port.comm, port.collection, c.name, c.value, Types);
         EXPECT_FALSE(edit.accepted) << c.name << "=" << c.value;
@@ -110,6 +114,32 @@ TEST(RecordFields, EveryFieldStoresReadsAndShowsAsChanged)
             = field.kind == FieldKind::Text ? FieldValue{std::int64_t{1}} : FieldValue{std::string("1")};
         EXPECT_FALSE(setFieldValue(port.comm, port.collection, field, wrongKind)) << field.name;
     }
+}
+
+// Each field is one row: its key is its name, its section's rows stand together in wire order,
+// and a control edits one field only.
+TEST(FieldCatalogue, EachFieldIsOneRowAndEachControlEditsOneField)
+{
+    std::set<std::string_view> names, controls;
+    std::size_t carried = 0;
+    for (const FieldRow& row : fieldCatalogue()) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        const std::string_view key = row.dataCollection ? row.collection.key : row.comm.key;
+        EXPECT_EQ(key, std::string(row.name) + "=");
+        if (!row.controlName.empty()) {
+            EXPECT_TRUE(controls.insert(row.controlName).second) << row.controlName;
+            const std::string control = std::string(row.controlName) + (row.control == Control::Options ? "0" : "");
+            EXPECT_EQ(fieldOfControl(control), &row) << control;
+        }
+        EXPECT_EQ(row.isChoice() && !row.choices.empty(), row.choices.size() == std::size_t(row.highest + 1))
+            << row.name;
+    }
+    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section)
+        for (const FieldRow& row : sectionFields(section)) {
+            EXPECT_EQ(row.section, section) << row.name;
+            ++carried;
+        }
+    EXPECT_EQ(carried + 3, fieldCatalogue().size()) << "every carried field in its section, three kept here";
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "commparms/FieldCatalogue.h"
 #include "commparms/ParmsLink.h"
 #include "commparms/forms/frmCommParms.h"
 #include "commparms/forms/frmFileNotFoundMsg.h"
@@ -311,6 +312,67 @@ TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
     }
 }
 
+// The field catalogue and the form agree on every control: which field it edits, its choices'
+// captions, and, for every protocol and option state, whether it is enabled.
+TEST_F(CommParmsForm, TheCatalogueAndTheFormAgree)
+{
+    const auto widgetsOf = [this](const FieldRow& row) {
+        std::vector<QWidget*> widgets;
+        if (row.control != Control::Options) {
+            widgets.push_back(&find<QWidget>(std::string(row.controlName).c_str()));
+            return widgets;
+        }
+        for (int code = row.lowest; code <= row.highest; ++code)
+            widgets.push_back(&find<QRadioButton>((std::string(row.controlName) + std::to_string(code)).c_str()));
+        return widgets;
+    };
+    const auto compare = [&](const std::string& state) {
+        const ControlStates expected = controlStates(shown(), link.tables.DataCollectionTable[3]);
+        for (const FieldRow& row : fieldCatalogue()) {
+            if (row.controlName.empty() || row.name == "FileNotFoundMessage") // that one has a window of its own
+                continue;
+            for (QWidget* w : widgetsOf(row))
+                EXPECT_EQ(w->isEnabled(), row.enabledFor(expected)) << row.name << " with " << state;
+        }
+    };
+    open();
+    for (const FieldRow& row : fieldCatalogue()) {
+        if (row.control != Control::Options)
+            continue;
+        for (int code = row.lowest; code <= row.highest; ++code)
+            EXPECT_EQ(widgetsOf(row)[static_cast<std::size_t>(code)]->property("text").toString(),
+                QString::fromLatin1(row.choices[static_cast<std::size_t>(code)]))
+                << row.name << " " << code;
+    }
+
+    for (std::int16_t protocol = 0; protocol < 7; ++protocol)
+        for (std::int16_t handshake = 0; handshake < 3; ++handshake)
+            for (const bool purge : {false, true})
+                for (const bool header : {false, true}) {
+                    PortCommParms& p = link.tables.PortCommParmsTable[3];
+                    p.SpecificProtocol = protocol;
+                    p.Handshaking = handshake;
+                    p.bPurgeIfInactive = flagOf(purge);
+                    p.StripOutgoingHeader = flagOf(header);
+                    form->Form_Load();
+                    compare("protocol " + std::to_string(protocol) + ", handshake " + std::to_string(handshake)
+                        + (purge ? ", purge" : "") + (header ? ", header stripped" : ""));
+                }
+    for (const std::int16_t extract : {0, 1})
+        for (const std::int16_t stream : {0, 1})
+            for (const std::int16_t naming : {0, 1})
+                for (const std::int16_t print : {0, 1, 2}) {
+                    DataCollectionParms& d = link.tables.DataCollectionTable[3];
+                    d.ExtractData = extract;
+                    d.DataStreamOption = stream;
+                    d.FileNameOption = naming;
+                    d.PrintOption = print;
+                    form->Form_Load();
+                    compare("extract " + std::to_string(extract) + ", stream " + std::to_string(stream)
+                        + ", naming " + std::to_string(naming) + ", print " + std::to_string(print));
+                }
+}
+
 TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
 {
     open();
@@ -324,6 +386,12 @@ TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
     ASSERT_EQ(desktop.opened.size(), 1u);
     EXPECT_EQ(desktop.opened[0].fragment(), QStringLiteral("commparms"));
     EXPECT_TRUE(desktop.opened[0].toLocalFile().endsWith(QStringLiteral("help/corvane-remote.html")));
+
+    // On a field, the help's section about that field's tab.
+    find<QCheckBox>("chkExtractData").setFocus();
+    QTest::keyClick(form.get(), Qt::Key_F1);
+    ASSERT_EQ(desktop.opened.size(), 2u);
+    EXPECT_EQ(desktop.opened[1].fragment(), QStringLiteral("commparms-collection"));
 
     desktop.opens = false;
     QTest::keyClick(form.get(), Qt::Key_F1);

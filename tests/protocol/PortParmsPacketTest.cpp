@@ -18,7 +18,8 @@ PortCommParms distinctCommParms()
     PortCommParms p;
     std::int16_t next = 1;
     for (std::int16_t section = 1; section <= 5; ++section)
-        for (const auto& field : commParmsSection(section)) {
+        for (const FieldRow& row : sectionFields(section)) {
+            const FieldSpec<PortCommParms>& field = row.comm;
             if (field.encoding == Encoding::Bool)
                 p.*field.int16 = (next++ % 2) ? TrueValue : FalseValue;
             else if (field.int16)

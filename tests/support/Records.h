@@ -10,7 +10,8 @@ namespace corvane {
 inline void PrintTo(const PortCommParms& p, std::ostream* os)
 {
     for (std::int16_t section = 1; section <= 5; ++section)
-        for (const auto& field : commParmsSection(section)) {
+        for (const FieldRow& row : sectionFields(section)) {
+            const FieldSpec<PortCommParms>& field = row.comm;
             *os << "\n  " << field.key;
             if (field.int16)
                 *os << p.*field.int16;

@@ -22,9 +22,9 @@ CommTabDataCollection::CommTabDataCollection(ParmsEditing& editor, QWidget* pare
     ui->setupUi(this);
     for (const std::string& name : installedPrinterNames())
         ui->cboPrinters->addItem(fromLatin1Bytes(name));
-    dataStream_ = &choices("optDataStream", 2);
-    fileName_ = &choices("optFileName", 2);
-    printOptions_ = &choices("optPrintOptions", 3);
+    dataStream_ = &choices("DataStreamOption");
+    fileName_ = &choices("FileNameOption");
+    printOptions_ = &choices("PrintOption");
 
     using D = DataCollectionParms;
     // Its on/off fields hold 1 or 0, unlike the -1 flags of the line settings.

@@ -11,7 +11,7 @@ CommTabRequests::CommTabRequests(ParmsEditing& editor, QWidget* parent)
     , ui(std::make_unique<Ui::CommTabRequests>())
 {
     ui->setupUi(this);
-    ui->KeyPad->addItems({QStringLiteral("None"), QStringLiteral("Burr-Brown"), QStringLiteral("QSI Terminal")});
+    fillList(*ui->KeyPad, "Remote_Req");
 
     const auto copies = [this](QLineEdit* field, std::string PortCommParms::*text) {
         connect(field, &QLineEdit::textEdited, this, [this, field, text] {

@@ -7,29 +7,19 @@
 #include <QButtonGroup>
 
 namespace corvane {
-namespace {
-
-const char* const Protocols[]
-    = {"General", "Mazatrol CMT", "Heidenhain Blockwise", "Bridgeport DNC Link", "GE 2000", "Moog S-24", "K&T"};
-
-} // namespace
-
 CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
     : CommParmsPage(editor, parent)
     , ui(std::make_unique<Ui::CommTabSerial>())
 {
     ui->setupUi(this);
-    for (const std::int32_t rate : BaudRates)
-        ui->BaudRates->addItem(QString::number(rate));
-    for (const char* name : Protocols)
-        ui->SpecificProtocols->addItem(QLatin1String(name));
-    for (const std::string_view caption : EndOfBlockCaptions)
-        ui->EndofBlock->addItem(QLatin1String(caption.data(), static_cast<qsizetype>(caption.size())));
-    dataType_ = &choices("DataType", 4);
-    parity_ = &choices("Parity", 3);
-    dataBits_ = &choices("DataBits", 2);
-    stopBits_ = &choices("StopBits", 2);
-    handshake_ = &choices("Handshake", 3);
+    fillList(*ui->BaudRates, "Baud");
+    fillList(*ui->SpecificProtocols, "SpecificProtocol");
+    fillList(*ui->EndofBlock, "EobConversion");
+    dataType_ = &choices("DataType");
+    parity_ = &choices("Parity");
+    dataBits_ = &choices("DataBits");
+    stopBits_ = &choices("StopBits");
+    handshake_ = &choices("Handshaking");
     // Backspace too is dropped here, unlike the other number fields.
     DigitField::apply(*ui->txtEobNumNulls, TypedKeys::DigitsOnly);
 

@@ -1,5 +1,6 @@
 #include "commparms/forms/ParmsEditing.h"
 
+#include "commparms/FieldCatalogue.h"
 #include "platform/DigitField.h"
 #include "platform/Latin1.h"
 
@@ -50,13 +51,19 @@ void CommParmsPage::showChoice(QButtonGroup& group, int code)
     group.setExclusive(true);
 }
 
-QButtonGroup& CommParmsPage::choices(const char* prefix, int count)
+QButtonGroup& CommParmsPage::choices(std::string_view field)
 {
+    const FieldRow& row = *findField(field);
     auto* group = new QButtonGroup(this);
-    for (int code = 0; code < count; ++code)
-        group->addButton(
-            findChild<QRadioButton*>(QLatin1String(prefix) + QLatin1Char('_') + QString::number(code)), code);
+    for (int code = row.lowest; code <= row.highest; ++code)
+        group->addButton(findChild<QRadioButton*>(fromLatin1Bytes(row.controlName) + QString::number(code)), code);
     return *group;
+}
+
+void CommParmsPage::fillList(QComboBox& list, std::string_view field)
+{
+    for (const std::string_view caption : findField(field)->choices)
+        list.addItem(fromLatin1Bytes(caption));
 }
 
 void CommParmsPage::digitsOnly(QLineEdit& field)

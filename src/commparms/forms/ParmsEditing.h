@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <string>
+#include <string_view>
 
 class QAbstractButton;
 class QButtonGroup;
@@ -54,7 +55,10 @@ protected:
     // The option button whose id is `code`; none when no button has it.
     static void showChoice(QButtonGroup& group, int code);
     // Option buttons named `prefix` + "_" + code, as one group that reports the code.
-    QButtonGroup& choices(const char* prefix, int count);
+    // The option buttons of a field's group, by code, and a list filled with a field's choices,
+    // both as the field catalogue gives them.
+    QButtonGroup& choices(std::string_view field);
+    void fillList(QComboBox& list, std::string_view field);
     // A field that may be typed into only as its key filter says.
     static void digitsOnly(QLineEdit& field);
     static std::string textOf(const QLineEdit& field);

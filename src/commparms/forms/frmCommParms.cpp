@@ -1,6 +1,7 @@
 #include "commparms/forms/frmCommParms.h"
 
 #include "commparms/ExchangeTexts.h"
+#include "commparms/FieldCatalogue.h"
 #include "commparms/ParmsLink.h"
 #include "commparms/forms/CommTabDataCollection.h"
 #include "commparms/forms/CommTabOptions.h"
@@ -179,9 +180,14 @@ void frmCommParms::keyPressEvent(QKeyEvent* event)
     QDialog::keyPressEvent(event);
 }
 
+// The help's section about the field in focus, or about the editor.
 void frmCommParms::showHelp()
 {
-    showProgramHelp(services_.desktop, services_.boxes, QStringLiteral("commparms"));
+    QString topic = QStringLiteral("commparms");
+    if (const QWidget* focused = focusWidget())
+        if (const FieldRow* row = fieldOfControl(toLatin1Bytes(focused->objectName())))
+            topic = fromLatin1Bytes(row->helpAnchor);
+    showProgramHelp(services_.desktop, services_.boxes, topic);
 }
 
 // The user moved to another port: told once per run that Update sends the shown port only,

@@ -1,0 +1,379 @@
+#include "commparms/FieldCatalogue.h"
+
+#include "commparms/FieldRules.h"
+
+#include <array>
+#include <limits>
+
+namespace corvane {
+namespace {
+
+using Comm = PortCommParms;
+using Dc = DataCollectionParms;
+using namespace field_rules;
+
+// The wire side of a row.
+template <typename R> constexpr FieldSpec<R> i16(std::string_view key, std::int16_t R::*member)
+{
+    return {.key = key, .encoding = Encoding::Int16, .int16 = member};
+}
+template <typename R> constexpr FieldSpec<R> flag(std::string_view key, std::int16_t R::*member)
+{
+    return {.key = key, .encoding = Encoding::Bool, .int16 = member};
+}
+template <typename R> constexpr FieldSpec<R> text(std::string_view key, std::string R::*member)
+{
+    return {.key = key, .encoding = Encoding::Text, .text = member};
+}
+constexpr FieldSpec<Comm> fixed(std::string_view key, std::string Comm::*member, std::size_t width)
+{
+    return {.key = key, .encoding = Encoding::Fixed, .text = member, .width = width};
+}
+
+// The editor's side of a row.
+struct Look {
+    Control control = Control::None;
+    EditRule edit = nullptr;
+    std::string_view controlName = {};
+    std::string_view caption = {};
+    std::string_view anchor = {};
+    EnabledWhen enabled = nullptr;
+    std::int32_t lowest = 0, highest = 0;
+    std::span<const std::string_view> choices = {};
+    std::size_t longest = std::string::npos;
+};
+
+constexpr FieldKind kindOf(Encoding encoding)
+{
+    switch (encoding) {
+    case Encoding::Int16:
+        return FieldKind::Int16;
+    case Encoding::Int32:
+        return FieldKind::Int32;
+    case Encoding::Bool:
+        return FieldKind::Bool;
+    case Encoding::Text:
+    case Encoding::Fixed:
+        break;
+    }
+    return FieldKind::Text;
+}
+
+constexpr FieldRow withLook(FieldRow row, std::string_view key, Encoding encoding, const Look& look)
+{
+    row.name = key.substr(0, key.size() - 1); // the key without its "="
+    row.kind = kindOf(encoding);
+    row.control = look.control;
+    row.lowest = look.lowest;
+    row.highest = look.choices.empty() ? look.highest : static_cast<std::int32_t>(look.choices.size()) - 1;
+    row.choices = look.choices;
+    row.longest = look.longest;
+    row.edit = look.edit;
+    row.enabled = look.enabled;
+    row.controlName = look.controlName;
+    row.caption = look.caption;
+    row.helpAnchor = look.anchor;
+    return row;
+}
+constexpr FieldRow row(std::int16_t section, FieldSpec<Comm> wire, const Look& look)
+{
+    FieldRow r;
+    r.section = section;
+    r.comm = wire;
+    return withLook(r, wire.key, wire.encoding, look);
+}
+constexpr FieldRow row(std::int16_t section, FieldSpec<Dc> wire, const Look& look)
+{
+    FieldRow r;
+    r.section = section;
+    r.dataCollection = true;
+    r.collection = wire;
+    return withLook(r, wire.key, wire.encoding, look);
+}
+
+// Where the help page speaks of each tab.
+constexpr std::string_view Editor = "commparms";
+constexpr std::string_view Communications = "commparms-communications";
+constexpr std::string_view Requests = "commparms-requests";
+constexpr std::string_view Options = "commparms-options";
+constexpr std::string_view Strings = "commparms-strings";
+constexpr std::string_view Collection = "commparms-collection";
+
+constexpr std::int32_t Int16Max = std::numeric_limits<std::int16_t>::max();
+
+constexpr std::array<std::string_view, 15> BaudCaptions = {"110", "300", "600", "1200", "2400", "4800", "9600",
+    "14400", "19200", "38400", "56000", "57600", "115200", "128000", "256000"};
+constexpr std::array<std::string_view, 4> DataTypeCaptions = {"ISO", "EIA", "ASCII", "BINARY"};
+constexpr std::array<std::string_view, 3> ParityCaptions = {"NONE", "EVEN", "ODD"};
+constexpr std::array<std::string_view, 2> DataBitsCaptions = {"7", "8"};
+constexpr std::array<std::string_view, 2> StopBitsCaptions = {"1", "2"};
+constexpr std::array<std::string_view, 3> HandshakeCaptions
+    = {"Xon/Xoff", "RTS/CTS (Hardware)", "Xon (starts the download)"};
+constexpr std::array<std::string_view, 2> DataStreamCaptions
+    = {"All data will be sent from the machine in a continuous stream",
+        "Data will arrive in segments.  Append data to one file until Data Termination Identification String is "
+        "recrived."};
+constexpr std::array<std::string_view, 2> FileNameCaptions
+    = {"Auto name with Cell, Machine Name, Date, Time", "Extract name from data stream"};
+constexpr std::array<std::string_view, 3> PrintOptionCaptions = {"Always print", "Print on command", "Do not print"};
+
+// When a control is enabled, by the rule that decides it.
+constexpr bool handshakeFrame(const ControlStates& s) { return s.comm.handshakeFrame; }
+constexpr bool purgeOption(const ControlStates& s) { return s.comm.purgeOption; }
+constexpr bool purgeSeconds(const ControlStates& s) { return s.comm.purgeSeconds; }
+constexpr bool ignoreIncomingData(const ControlStates& s) { return s.comm.ignoreIncomingData; }
+constexpr bool outgoingHeader(const ControlStates& s) { return s.comm.outgoingHeader; }
+constexpr bool startString(const ControlStates& s) { return s.collection.startString; }
+constexpr bool streamOptions(const ControlStates& s) { return s.collection.streamOptions; }
+constexpr bool terminationString(const ControlStates& s) { return s.collection.terminationString; }
+constexpr bool maxSegment(const ControlStates& s) { return s.collection.maxSegment; }
+constexpr bool fileNameFrame(const ControlStates& s) { return s.collection.fileNameFrame; }
+constexpr bool fileNameString(const ControlStates& s) { return s.collection.fileNameString; }
+constexpr bool saveFolder(const ControlStates& s) { return s.collection.saveFolder; }
+constexpr bool useAdvancedFileOptions(const ControlStates& s) { return s.collection.useAdvancedFileOptions; }
+constexpr bool printFrame(const ControlStates& s) { return s.collection.printFrame; }
+constexpr bool printer(const ControlStates& s) { return s.collection.printer; }
+constexpr bool printCommand(const ControlStates& s) { return s.collection.printCommand; }
+constexpr bool useAdvancedPrintOptions(const ControlStates& s) { return s.collection.useAdvancedPrintOptions; }
+
+constexpr Look check(std::string_view control, std::string_view caption, std::string_view anchor,
+    EnabledWhen enabled = nullptr, EditRule rule = tick)
+{
+    return {.control = Control::Check, .edit = rule, .controlName = control, .caption = caption, .anchor = anchor,
+        .enabled = enabled};
+}
+constexpr Look ascii(std::string_view control, std::string_view caption, std::string_view anchor,
+    EnabledWhen enabled = nullptr)
+{
+    return {.control = Control::Ascii, .edit = leaveAsciiValue, .controlName = control, .caption = caption,
+        .anchor = anchor, .enabled = enabled, .lowest = -1, .highest = 255};
+}
+constexpr Look typed(std::string_view control, std::string_view caption, std::string_view anchor,
+    EnabledWhen enabled = nullptr, std::size_t longest = std::string::npos)
+{
+    return {.control = Control::Text, .edit = storeText, .controlName = control, .caption = caption,
+        .anchor = anchor, .enabled = enabled, .longest = longest};
+}
+constexpr Look options(EditRule rule, std::string_view prefix, std::string_view caption, std::string_view anchor,
+    std::span<const std::string_view> captions, EnabledWhen enabled = nullptr)
+{
+    return {.control = Control::Options, .edit = rule, .controlName = prefix, .caption = caption, .anchor = anchor,
+        .enabled = enabled, .choices = captions};
+}
+constexpr Look list(EditRule rule, std::string_view control, std::string_view caption, std::string_view anchor,
+    std::span<const std::string_view> captions)
+{
+    return {.control = Control::List, .edit = rule, .controlName = control, .caption = caption, .anchor = anchor,
+        .choices = captions};
+}
+constexpr Look digitsField(EditRule rule, std::string_view control, std::string_view caption, std::string_view anchor,
+    std::int32_t lowest, std::int32_t highest, EnabledWhen enabled = nullptr)
+{
+    return {.control = Control::Digits, .edit = rule, .controlName = control, .caption = caption, .anchor = anchor,
+        .enabled = enabled, .lowest = lowest, .highest = highest};
+}
+// A field no control edits.
+constexpr Look untouched(std::string_view caption)
+{
+    return {.caption = caption, .anchor = Editor};
+}
+
+// The catalogue, in wire order. Section 2's host reads its first three keys in another order
+// (the codec knows); EnableRemotePrinting is sent, never taken from the host.
+constexpr auto sentOnly(FieldSpec<Comm> spec)
+{
+    spec.sentOnly = true;
+    return spec;
+}
+
+constexpr std::array Rows = {
+    // Section 1: the connection and its serial line.
+    row(1, text("wstat_name=", &Comm::wstat_name), typed("WorkstationName", "Connection/Machine", Editor)),
+    row(1, i16("Port_No=", &Comm::Port_No), digitsField(storeDigits, "txtCommPort", "Comm Port", Editor, 0, Int16Max)),
+    row(1, i16("Baud=", &Comm::Baud), list(chooseBaud, "BaudRates", "Baud Rate", Communications, BaudCaptions)),
+    row(1, i16("DataType=", &Comm::DataType),
+        options(chooseDataType, "DataType_", "Data Type", Communications, DataTypeCaptions)),
+    row(1, i16("DataBits=", &Comm::DataBits),
+        options(storeChoice, "DataBits_", "Data Bits", Communications, DataBitsCaptions)),
+    row(1, i16("Parity=", &Comm::Parity), options(storeChoice, "Parity_", "Parity", Communications, ParityCaptions)),
+    row(1, i16("StopBits=", &Comm::StopBits),
+        options(storeChoice, "StopBits_", "Stop Bits", Communications, StopBitsCaptions)),
+    row(1, i16("SpecificProtocol=", &Comm::SpecificProtocol),
+        list(chooseProtocol, "SpecificProtocols", "Protocol", Communications, ProtocolCaptions)),
+    row(1, i16("EobConversion=", &Comm::EobConversion),
+        list(chooseEndOfBlock, "EndofBlock", "End of Block", Communications, EndOfBlockCaptions)),
+    row(1, i16("Handshaking=", &Comm::Handshaking),
+        options(chooseHandshake, "Handshake_", "Handshake", Communications, HandshakeCaptions, handshakeFrame)),
+    row(1, i16("Machine_Unique_Id=", &Comm::Machine_Unique_Id),
+        {.control = Control::List, .edit = chooseMachineType, .controlName = "cboMachineTypes",
+            .caption = "Machine Type", .anchor = Editor, .highest = Int16Max}),
+    row(1, i16("Machine_Category_Id=", &Comm::Machine_Category_Id), untouched("Machine category")),
+
+    // Section 2: remote requests.
+    row(2, fixed("ProgQualifier=", &Comm::ProgQualifier, 10),
+        typed("ProgQualifier", "NC Program Qualifier String", Requests, nullptr, 10)),
+    row(2, text("ContinuousFeedString=", &Comm::ContinuousFeedString),
+        typed("ContinuousFeedString", "Continuous Feed String", Requests)),
+    row(2, fixed("RequestCode=", &Comm::RequestCode, 1), typed("RequestCode", "Request Code", Requests, nullptr, 1)),
+    row(2, i16("Remote_Req=", &Comm::Remote_Req), list(chooseKeyPad, "KeyPad", "Key Pad", Requests, KeyPadCaptions)),
+    row(2, i16("RedirectCode=", &Comm::RedirectCode),
+        {.control = Control::Text, .edit = changeRedirectCode, .controlName = "RedirectCode",
+            .caption = "Redirect Code", .anchor = Requests, .highest = 255, .longest = 1}),
+    row(2, flag("FileNotFoundMsgSet=", &Comm::FileNotFoundMsgSet),
+        check("chkFileNotFoundMsg", "File Not Found Message", Requests)),
+    row(2, text("FileNotFoundMessage=", &Comm::FileNotFoundMessage),
+        typed("txtFileNotFoundMsg", "File Not Found Message text", Requests)),
+
+    // Section 3: receiving, compression, sending, the outgoing header and remote printing.
+    row(3, i16("CompressComment=", &Comm::CompressComment), check("Comment", "Compress Comments", Options)),
+    row(3, i16("CompressLineNumber=", &Comm::CompressLineNumber), check("LineNums", "Compress Line Numbers", Options)),
+    row(3, i16("CompressTab=", &Comm::CompressTab), check("Tabs", "Compress Tabs", Options)),
+    row(3, i16("CompressSpace=", &Comm::CompressSpace), check("Spaces", "Compress Spaces", Options)),
+    row(3, i16("CompressChar=", &Comm::CompressChar), check("Char", "Compress Character", Options)),
+    row(3, i16("CharToCompress=", &Comm::CharToCompress), ascii("CharVal", "Character to compress", Options)),
+    row(3, i16("StripHeader=", &Comm::StripHeader), check("StripHeader", "Strip Header on Incoming Data", Options)),
+    row(3, i16("ByPassRec=", &Comm::ByPassRec), check("BypassRecAdmin", "Bypass Receive File Admin.", Options)),
+    row(3, i16("Aux=", &Comm::Aux),
+        check("IgnoreIncomingData", "Ignore Incoming Data while Sending", Options, ignoreIncomingData)),
+    row(3, i16("SendStbyTimeout=", &Comm::SendStbyTimeout),
+        check("SendStbyTimeout", "Use Send Standby Timeout", Options)),
+    row(3, i16("SendStbyPurge=", &Comm::SendStbyPurge), check("SendStbyPurge", "Use Send Standby Purge", Options)),
+    row(3, i16("EobNullNumber=", &Comm::EobNullNumber),
+        digitsField(changeEobNulls, "txtEobNumNulls", "E.O.B Nulls", Communications, 0, 64)),
+    row(3, flag("StripTrailingEob=", &Comm::StripTrailingEob),
+        check("StripTrailingEOB", "Strip Trailing End of Blocks", Communications)),
+    row(3, flag("bPurgeIfInactive=", &Comm::bPurgeIfInactive),
+        check("ckPurgeIfInactive", "Purge If Sending and Inactive", Options, purgeOption, tickPurgeIfInactive)),
+    row(3, i16("iPurgeIfInactiveSeconds=", &Comm::iPurgeIfInactiveSeconds),
+        digitsField(leavePurgeSeconds, "txtPurgeIfInactiveSeconds", "Purge after seconds", Options, 1, Int16Max,
+            purgeSeconds)),
+    row(3, i16("iMinimumPurgeSeconds=", &Comm::iMinimumPurgeSeconds), untouched("Least purge seconds")),
+    row(3, flag("bEnableNoWaitRead=", &Comm::bEnableNoWaitRead),
+        check("ckEnableNoWaitRead", "Enable No-Wait Read", Communications, nullptr, tickNoWaitRead)),
+    row(3, flag("StripOutgoingHeader=", &Comm::StripOutgoingHeader),
+        check("StripOutgoingHeader", "Strip Header on Outgoing Data", Options, nullptr, tickStripOutgoingHeader)),
+    row(3, flag("OutHdrEobVal=", &Comm::OutHdrEobVal),
+        check("chkOutHdrEOBVal", "End of Outgoing Header EOB", Options, outgoingHeader)),
+    row(3, flag("HandleFramingError=", &Comm::HandleFramingError),
+        check("HandleFramingError", "Handle Framing or Parity Errors", Communications)),
+    row(3, i16("OutHdrVal1=", &Comm::OutHdrVal1), ascii("txtOutHdrVal1", "End of Outgoing Header 1", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal2=", &Comm::OutHdrVal2), ascii("txtOutHdrVal2", "End of Outgoing Header 2", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal3=", &Comm::OutHdrVal3), ascii("txtOutHdrVal3", "End of Outgoing Header 3", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal4=", &Comm::OutHdrVal4), ascii("txtOutHdrVal4", "End of Outgoing Header 4", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal5=", &Comm::OutHdrVal5), ascii("txtOutHdrVal5", "End of Outgoing Header 5", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal6=", &Comm::OutHdrVal6), ascii("txtOutHdrVal6", "End of Outgoing Header 6", Options, outgoingHeader)),
+    row(3, sentOnly(flag("EnableRemotePrinting=", &Comm::EnableRemotePrinting)),
+        check("chkEnableRemotePrint", "Enable Remote Printing", Options)),
+    row(3, text("PrinterPort=", &Comm::PrinterPort), typed("cbPrinter", "Remote printer", Options)),
+
+    // Section 4: start and end strings.
+    row(4, i16("StStr=", &Comm::StStr), ascii("StartChar", "Start Char", Strings)),
+    row(4, i16("StAmt=", &Comm::StAmt), digitsField(storeDigits, "StartAmt", "Start Char occurrence", Strings, 0, Int16Max)),
+    row(4, i16("EndStr=", &Comm::EndStr), ascii("EndChar", "End Char", Strings)),
+    row(4, i16("EndAmt=", &Comm::EndAmt), digitsField(storeDigits, "EndAmt", "End Char occurrence", Strings, 0, Int16Max)),
+    row(4, i16("VarStrtStr1=", &Comm::VarStrtStr1), ascii("StartStrVal_1", "Start String 1", Strings)),
+    row(4, i16("VarStrtStr2=", &Comm::VarStrtStr2), ascii("StartStrVal_2", "Start String 2", Strings)),
+    row(4, i16("VarStrtStr3=", &Comm::VarStrtStr3), ascii("StartStrVal_3", "Start String 3", Strings)),
+    row(4, i16("VarStrtStr4=", &Comm::VarStrtStr4), ascii("StartStrVal_4", "Start String 4", Strings)),
+    row(4, i16("VarStrtStr5=", &Comm::VarStrtStr5), ascii("StartStrVal_5", "Start String 5", Strings)),
+    row(4, i16("VarStrtStr6=", &Comm::VarStrtStr6), ascii("StartStrVal_6", "Start String 6", Strings)),
+    row(4, i16("VarStrtStr7=", &Comm::VarStrtStr7), ascii("StartStrVal_7", "Start String 7", Strings)),
+    row(4, i16("VarStrtStr8=", &Comm::VarStrtStr8), ascii("StartStrVal_8", "Start String 8", Strings)),
+    row(4, i16("VarEndStr1=", &Comm::VarEndStr1), ascii("EndStrVal_1", "End String 1", Strings)),
+    row(4, i16("VarEndStr2=", &Comm::VarEndStr2), ascii("EndStrVal_2", "End String 2", Strings)),
+    row(4, i16("VarEndStr3=", &Comm::VarEndStr3), ascii("EndStrVal_3", "End String 3", Strings)),
+    row(4, i16("VarEndStr4=", &Comm::VarEndStr4), ascii("EndStrVal_4", "End String 4", Strings)),
+    row(4, i16("VarEndStr5=", &Comm::VarEndStr5), ascii("EndStrVal_5", "End String 5", Strings)),
+    row(4, i16("VarEndStr6=", &Comm::VarEndStr6), ascii("EndStrVal_6", "End String 6", Strings)),
+    row(4, i16("VarEndStr7=", &Comm::VarEndStr7), ascii("EndStrVal_7", "End String 7", Strings)),
+    row(4, i16("VarEndStr8=", &Comm::VarEndStr8), ascii("EndStrVal_8", "End String 8", Strings)),
+
+    // Section 5: the confirmation file.
+    row(5, flag("SendConfirmFile=", &Comm::SendConfirmFile),
+        check("ckSendConfirmFile", "Send Confirmation File After Receive", Requests)),
+    row(5, text("ConfirmHeader=", &Comm::ConfirmHeader), typed("txtConfirmHeader", "Confirmation Header", Requests)),
+    row(5, text("ConfirmFooter=", &Comm::ConfirmFooter), typed("txtConfirmFooter", "Confirmation Footer", Requests)),
+
+    // Section 6: data collection.
+    row(6, i16("ExtractData=", &Dc::ExtractData), check("chkExtractData", "Extract Data From Incoming Stream", Collection)),
+    row(6, i16("DataStreamOption=", &Dc::DataStreamOption),
+        options(storeChoice, "optDataStream_", "Data stream", Collection, DataStreamCaptions, streamOptions)),
+    row(6, i16("FileNameOption=", &Dc::FileNameOption),
+        options(storeChoice, "optFileName_", "File Naming Options", Collection, FileNameCaptions, fileNameFrame)),
+    row(6, i16("PrintOption=", &Dc::PrintOption),
+        options(storeChoice, "optPrintOptions_", "Print Options", Collection, PrintOptionCaptions, printFrame)),
+    row(6, text("SelectedPrinter=", &Dc::SelectedPrinter), typed("cboPrinters", "Print To", Collection, printer)),
+    row(6, text("DataStartString=", &Dc::DataStartString),
+        typed("txtDataStartString", "Data Start Identification String", Collection, startString)),
+    row(6, text("DataTerminationString=", &Dc::DataTerminationString),
+        typed("txtDataTerminationString", "Data Termination Identifier String", Collection, terminationString)),
+    row(6, FieldSpec<Dc>{.key = "MaxDataSegment=", .encoding = Encoding::Int32, .int32 = &Dc::MaxDataSegment},
+        digitsField(leaveSegmentLength, "txtMaxSegment", "Maximum Segment Length", Collection, 50, 1000, maxSegment)),
+    row(6, text("FileNameString=", &Dc::FileNameString),
+        typed("txtFileNameString", "File Name Identifier String", Collection, fileNameString)),
+    row(6, text("PrintCommandString=", &Dc::PrintCommandString),
+        typed("txtPrintCommandString", "Print Command String", Collection, printCommand)),
+    row(6, text("SaveToFolder=", &Dc::SaveToFolder),
+        {.control = Control::Text, .edit = chooseSaveFolder, .controlName = "txtSaveToFolder",
+            .caption = "Save To Folder", .anchor = Collection, .enabled = saveFolder}),
+
+    // Kept by this terminal only.
+    row(NotCarried, i16("AppendDateAndTime=", &Dc::AppendDateAndTime),
+        check("chkAppendDateAndTime", "Append date and time to extracted name", Collection, fileNameString)),
+    row(NotCarried, i16("UseAdvancedFileOptions=", &Dc::UseAdvancedFileOptions),
+        check("chkUseAdvancedFileOptions", "Use advanced file options", Collection, useAdvancedFileOptions)),
+    row(NotCarried, i16("UseAdvancedPrintOptions=", &Dc::UseAdvancedPrintOptions),
+        check("chkUseAdvancedPrintOptions", "Use advanced print options", Collection, useAdvancedPrintOptions)),
+};
+
+} // namespace
+
+ControlStates controlStates(const PortCommParms& p, const DataCollectionParms& d)
+{
+    return {commControlStates(p), dataCollectionStates(d)};
+}
+
+std::span<const FieldRow> fieldCatalogue()
+{
+    return Rows;
+}
+
+const FieldRow* findField(std::string_view name)
+{
+    for (const FieldRow& r : Rows)
+        if (r.name == name)
+            return &r;
+    return nullptr;
+}
+
+std::span<const FieldRow> sectionFields(std::int16_t section)
+{
+    const FieldRow* first = nullptr;
+    std::size_t count = 0;
+    for (const FieldRow& r : Rows)
+        if (r.section == section && section != NotCarried) {
+            if (first == nullptr)
+                first = &r;
+            ++count;
+        }
+    return first == nullptr ? std::span<const FieldRow>() : std::span<const FieldRow>(first, count);
+}
+
+const FieldRow* fieldOfControl(std::string_view objectName)
+{
+    for (const FieldRow& r : Rows) {
+        if (r.controlName.empty())
+            continue;
+        if (r.controlName == objectName)
+            return &r;
+        // An option group's buttons: the prefix and a code of the group.
+        if (r.control == Control::Options && objectName.starts_with(r.controlName)) {
+            const std::string_view code = objectName.substr(r.controlName.size());
+            if (code.size() == 1 && code[0] >= '0' && code[0] - '0' <= r.highest)
+                return &r;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace corvane
