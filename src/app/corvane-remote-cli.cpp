@@ -1,6 +1,7 @@
 // The terminal for scripts: corvane-remote-cli status
 #include "app/OsUser.h"
 #include "cli/Cli.h"
+#include "platform/ProgramTimer.h"
 #include "runtime/NoCoreDumps.h"
 #include "runtime/ProgramFolder.h"
 
@@ -15,7 +16,9 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
     corvane::setExecutableFolder(QCoreApplication::applicationDirPath().toStdString());
     try {
-        corvane::cli::Client client(corvane::cli::parseOptions(QCoreApplication::arguments()), corvane::osUserName());
+        corvane::QtTimers clock;
+        corvane::cli::Client client(
+            corvane::cli::parseOptions(QCoreApplication::arguments()), corvane::osUserName(), clock);
         return client.run();
     } catch (const corvane::cli::UsageError& e) {
         std::fprintf(stderr, "corvane-remote-cli: %s\nTry 'corvane-remote-cli --help'.\n", qPrintable(e.what));

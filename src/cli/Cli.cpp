@@ -195,9 +195,32 @@ QString helpText(const QString& command)
     return text;
 }
 
-Client::Client(Options options, std::string osUser)
+namespace {
+
+void writeOut(QByteArray bytes, const ClientStreams& streams)
+{
+    if (!bytes.endsWith('\n'))
+        bytes.append('\n');
+    errno = 0;
+    if (std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), streams.out)
+            != static_cast<std::size_t>(bytes.size())
+        || std::fflush(streams.out) != 0) {
+        // A reader that has gone (`| head`) ends the client quietly, as the pipe's signal ends
+        // any command; any other failure to write is said.
+        if (errno == EPIPE)
+            Client::end(128 + SIGPIPE);
+        std::fprintf(streams.err, "corvane-remote-cli: cannot write to standard output: %s\n", std::strerror(errno));
+        Client::end(RunTimeFault);
+    }
+}
+
+} // namespace
+
+Client::Client(Options options, std::string osUser, TimerSource& timers, ClientStreams streams)
     : options_(std::move(options))
     , osUser_(std::move(osUser))
+    , timers_(timers)
+    , streams_(streams)
     , registry_(openSystemRegistry())
     , config_(*registry_)
 {
@@ -253,11 +276,11 @@ int Client::runCommand()
     try {
         resolvePassword();
         if (options_.command == QLatin1String("help")) {
-            std::fputs(qPrintable(helpText(options_.arguments.value(0))), stdout);
+            writeOut(helpText(options_.arguments.value(0)).toLocal8Bit(), streams_);
             return Done;
         }
         if (options_.arguments.contains(QStringLiteral("--help"))) {
-            std::fputs(qPrintable(helpText(options_.command)), stdout);
+            writeOut(helpText(options_.command).toLocal8Bit(), streams_);
             return Done;
         }
         if (options_.command == QLatin1String("version")) {
@@ -387,13 +410,13 @@ void Client::awaitPortStates()
 bool Client::waitFor(const std::function<bool()>& done, int limitMs)
 {
     bool expired = false;
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, [this, &expired] {
+    const std::unique_ptr<ProgramTimer> limit = timers_.make("tmrAnswerLimit", limitMs);
+    QObject::connect(limit.get(), &ProgramTimer::timeout, [this, &expired, &limit] {
+        limit->stop();
         expired = true;
         session().cancelWaits();
     });
-    limit.start(limitMs);
+    limit->start();
     session().waitUntil([&] { return done() || expired || stopSignal() != 0; });
     endIfStopped();
     return done();
@@ -444,41 +467,22 @@ void Client::say(const std::string& text) const
     std::string lines = text;
     for (std::size_t at = lines.find("\r\n"); at != std::string::npos; at = lines.find("\r\n", at))
         lines.erase(at, 1);
-    std::fprintf(stderr, "%s\n", qPrintable(shownOnTerminal(fromLatin1Bytes(lines), true)));
-    std::fflush(stderr);
+    std::fprintf(streams_.err, "%s\n", qPrintable(shownOnTerminal(fromLatin1Bytes(lines), true)));
+    std::fflush(streams_.err);
 }
 
-namespace {
-
-void writeOut(QByteArray bytes)
-{
-    if (!bytes.endsWith('\n'))
-        bytes.append('\n');
-    errno = 0;
-    if (std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout)
-            != static_cast<std::size_t>(bytes.size())
-        || std::fflush(stdout) != 0) {
-        // A reader that has gone (`| head`) ends the client quietly, as the pipe's signal ends
-        // any command; any other failure to write is said.
-        if (errno == EPIPE)
-            Client::end(128 + SIGPIPE);
-        std::fprintf(stderr, "corvane-remote-cli: cannot write to standard output: %s\n", std::strerror(errno));
-        Client::end(RunTimeFault);
-    }
-}
-
-} // namespace
 
 void Client::print(const QString& text) const
 {
-    writeOut(shownOnTerminal(text, false).toLocal8Bit());
+    writeOut(shownOnTerminal(text, false).toLocal8Bit(), streams_);
 }
 
 void Client::printJson(const QJsonValue& value, bool indented) const
 {
     const auto format = indented ? QJsonDocument::Indented : QJsonDocument::Compact;
     writeOut(value.isArray() ? QJsonDocument(value.toArray()).toJson(format)
-                             : QJsonDocument(value.toObject()).toJson(format));
+                             : QJsonDocument(value.toObject()).toJson(format),
+        streams_);
 }
 
 // SessionUi: what the desktop shows in a box goes to standard error; a question is answered by --yes.

@@ -66,10 +66,17 @@ QString helpText(const QString& command = {});
 
 // The client: the desktop's session, rules, user store and access checks, answered on the
 // terminal. Every message the desktop shows in a box goes to standard error, word for word.
+// Where the client writes: standard output and standard error, unless a test gives others.
+struct ClientStreams {
+    std::FILE* out = stdout;
+    std::FILE* err = stderr;
+};
+
 class Client : private SessionUi, private AccessUi, private LoginUi {
 public:
-    // `osUser`: the operating-system account running the client, for the record of changes.
-    Client(Options options, std::string osUser);
+    // `osUser`: the operating-system account running the client, for the record of changes;
+    // `timers`: the clock of every wait (the real one, or a test's).
+    Client(Options options, std::string osUser, TimerSource& timers, ClientStreams streams = {});
     ~Client() override;
 
     // Runs the command; the exit status.
@@ -109,6 +116,7 @@ public:
     std::int16_t portArgument(const QString& text) const;
 
     void say(const std::string& text) const; // standard error, CR LF as new lines
+    std::FILE* errorStream() const { return streams_.err; }
     // Standard output, one line; a write that fails ends the client with 6.
     void print(const QString& text) const;
     void printJson(const QJsonValue& value, bool indented = false) const;
@@ -134,13 +142,14 @@ private:
 
     Options options_;
     std::string osUser_;
+    TimerSource& timers_;
+    ClientStreams streams_;
     std::unique_ptr<StopSignals> stops_;
     std::unique_ptr<Registry> registry_;
     HostConfiguration config_;
     UserStore store_;
     RightsList rights_;
     LoginValues login_;
-    QtTimers timers_;
     std::unique_ptr<HostSession> session_;
     int tableChanges_ = 0;
     bool ftpRefused_ = false;

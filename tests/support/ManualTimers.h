@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -17,7 +18,11 @@ public:
         : interval_(intervalMs)
     {
     }
-    void start() override { active_ = true; }
+    void start() override
+    {
+        active_ = true;
+        tickSoon();
+    }
     void stop() override { active_ = false; }
     bool isActive() const override { return active_; }
     void setInterval(int ms) override { interval_ = ms; }
@@ -26,12 +31,28 @@ public:
     // One tick, as the clock would give it: only while the timer runs.
     void fire()
     {
-        if (active_)
-            Q_EMIT timeout();
+        if (!active_)
+            return;
+        Q_EMIT timeout();
+        tickSoon();
+    }
+    // From now on the timer ticks whenever the program is free to see it, as if every interval
+    // had passed at once (a host that never answers, a connection that never comes).
+    void tickWhenFree()
+    {
+        ticksWhenFree_ = true;
+        tickSoon();
     }
 
 private:
+    void tickSoon()
+    {
+        if (ticksWhenFree_ && active_)
+            QMetaObject::invokeMethod(this, &ManualTimer::fire, Qt::QueuedConnection);
+    }
+
     bool active_ = false;
+    bool ticksWhenFree_ = false;
     int interval_;
 };
 
@@ -42,6 +63,8 @@ public:
     {
         auto timer = std::make_unique<ManualTimer>(intervalMs);
         timers_[name] = timer.get();
+        if (whenFree_.contains(name))
+            timer->tickWhenFree();
         return timer;
     }
 
@@ -72,8 +95,17 @@ public:
             found->second->fire();
     }
 
+    // Timers of this name, made now or later, tick whenever the program is free to see them.
+    void tickWhenFree(const std::string& name)
+    {
+        whenFree_.insert(name);
+        if (const auto found = timers_.find(name); found != timers_.end() && found->second)
+            found->second->tickWhenFree();
+    }
+
 private:
     std::map<std::string, QPointer<ManualTimer>> timers_;
+    std::set<std::string> whenFree_;
 };
 
 } // namespace corvane::test
