@@ -52,11 +52,15 @@ inline const std::filesystem::path& scratchFolder()
         setClock([] { return DateTime{2026, 11, 15, 2, 16, 36}; });
         setLogWriter([](const std::string&, std::string_view) { return 0; });
         setenv("CORVANE_ROOT", path.c_str(), 1);
+        return path;
+    }();
+    // Registered once the path is whole, so at exit it runs before the path is destroyed.
+    [[maybe_unused]] static const bool removedAtExit = [] {
         std::atexit([] {
             std::error_code ec;
-            std::filesystem::remove_all(scratchFolder(), ec);
+            std::filesystem::remove_all(folder, ec);
         });
-        return path;
+        return true;
     }();
     return folder;
 }
