@@ -1,32 +1,34 @@
 cmake_minimum_required(VERSION 3.25)
-# Fails on an include that points upward: a file of one library including a header whose code
-# lies in a library it does not link. The link catches a missing function; this catches the
+# Fails on an include that points upward: a file of one folder's library including a header whose
+# code lies in a library it does not link. The link catches a missing function; this catches the
 # header-only use (a type, an inline, a constant) that the link cannot see.
-#   cmake -DSOURCE_DIR=<src> -DTARGETS=name=a.cpp|b.cpp;... -P tests/IncludeDirection.cmake
-# Each library may use itself and what it links, directly or not:
-set(uses_corvane_core corvane_core)
-set(uses_corvane_platform corvane_platform corvane_core)
-set(uses_corvane_session corvane_session corvane_platform corvane_core)
-set(uses_corvane_hostsim corvane_hostsim corvane_platform corvane_core)
-set(uses_corvane_cli corvane_cli corvane_session corvane_platform corvane_core)
-set(uses_corvane_forms corvane_forms corvane_session corvane_platform corvane_core)
-set(uses_corvane_app corvane_app corvane_forms corvane_hostsim corvane_session corvane_platform corvane_core)
+#   cmake -DSOURCE_DIR=<src> -DTARGETS=name=folder=a.cpp|b.cpp=below1|below2;... -P IncludeDirection.cmake
+# Each library may use itself and what it links, directly or not (`below`, from the link graph).
+# A header without a .cpp of its own belongs to its folder's library.
 
-# Which library each of our headers belongs to: the one that builds the .cpp beside it.
 set(names "")
 foreach(entry IN LISTS TARGETS)
     string(REPLACE "=" ";" parts "${entry}")
     list(GET parts 0 target)
-    list(GET parts 1 files)
+    list(GET parts 1 folder)
+    list(GET parts 2 files)
+    list(GET parts 3 below)
     string(REPLACE "|" ";" files "${files}")
+    string(REPLACE "|" ";" uses_${target} "${below}")
     list(APPEND names ${target})
+    set(folder_owner_${folder} ${target})
     set(files_${target} "")
     foreach(file IN LISTS files)
-        if(file MATCHES "^([a-z]+/(forms/)?[A-Za-z0-9_-]+)\\.cpp$")
-            set(owner_${CMAKE_MATCH_1} ${target})
-            list(APPEND files_${target} "${CMAKE_MATCH_1}")
+        if(file MATCHES "^(.*/)?([A-Za-z0-9_-]+)\\.(cpp|h)$")
+            list(APPEND files_${target} "${folder}/${CMAKE_MATCH_2}")
         endif()
     endforeach()
+    file(GLOB headers RELATIVE "${SOURCE_DIR}" "${SOURCE_DIR}/${folder}/*.h")
+    foreach(header IN LISTS headers)
+        string(REGEX REPLACE "\\.h$" "" stem "${header}")
+        list(APPEND files_${target} "${stem}")
+    endforeach()
+    list(REMOVE_DUPLICATES files_${target})
 endforeach()
 
 set(upward "")
@@ -40,10 +42,12 @@ foreach(target IN LISTS names)
             math(EXPR checked "${checked} + 1")
             file(STRINGS "${SOURCE_DIR}/${file}" includes REGEX "^#include \"[a-z]+/")
             foreach(line IN LISTS includes)
-                string(REGEX REPLACE "^#include \"([^\"]+)\\.h\".*" "\\1" header "${line}")
-                set(owner "${owner_${header}}")
+                string(REGEX REPLACE "^#include \"(([a-z]+/)*)[^/\"]+\\.h\".*" "\\1" folder "${line}")
+                string(REGEX REPLACE "/$" "" folder "${folder}")
+                set(owner "${folder_owner_${folder}}")
                 if(owner AND NOT owner IN_LIST uses_${target})
-                    list(APPEND upward "${file} (${target}) includes ${header}.h (${owner})")
+                    string(REGEX REPLACE "^#include \"([^\"]+)\".*" "\\1" header "${line}")
+                    list(APPEND upward "${file} (${target}) includes ${header} (${owner})")
                 endif()
             endforeach()
         endforeach()

@@ -6,7 +6,7 @@
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/ProgramHelp.h"
-#include "platform/Desktop.h"
+#include "widgets/Desktop.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "platform/StopSignals.h"

@@ -6,7 +6,7 @@
 #include "runtime/Text.h"
 #include "security/FirstStore.h"
 #include "security/UserAdmin.h"
-#include "shell/ChangeRecord.h"
+#include "session/ChangeRecord.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/SessionMessages.h"
 

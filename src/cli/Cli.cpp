@@ -2,11 +2,11 @@
 
 #include "cli/PasswordInput.h"
 
-#include "dialogs/MessageStyle.h"
+#include "runtime/MessageStyle.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/RunTimeError.h"
-#include "security/LastUser.h"
+#include "session/LastUser.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/GridRules.h"
 #include "shell/SessionMessages.h"

@@ -6,8 +6,8 @@
 #include "security/Login.h"
 #include "security/Rights.h"
 #include "security/UserStore.h"
-#include "shell/HostConfiguration.h"
-#include "shell/HostSession.h"
+#include "session/HostConfiguration.h"
+#include "session/HostSession.h"
 
 #include <QJsonValue>
 #include <QStringList>

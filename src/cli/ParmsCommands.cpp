@@ -8,7 +8,7 @@
 #include "runtime/BoundedRead.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/WholeFile.h"
-#include "shell/ChangeRecord.h"
+#include "session/ChangeRecord.h"
 #include "shell/GridRules.h"
 
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #include "dialogs/MessageBoxes.h"
 
-#include "dialogs/forms/frmGenMsgBox.h"
+#include "dialogs/frmGenMsgBox.h"
 #include "platform/Latin1.h"
 
 #include "runtime/RunTimeError.h"

@@ -1,7 +1,7 @@
 #include "dialogs/ProgramHelp.h"
 
 #include "dialogs/MessageBoxes.h"
-#include "platform/Desktop.h"
+#include "widgets/Desktop.h"
 #include "platform/Latin1.h"
 #include "runtime/ProgramFolder.h"
 

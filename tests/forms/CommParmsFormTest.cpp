@@ -3,7 +3,7 @@
 #include "commparms/forms/frmCommParms.h"
 #include "commparms/forms/frmFileNotFoundMsg.h"
 #include "dialogs/Services.h"
-#include "dialogs/forms/CommMessage.h"
+#include "dialogs/CommMessage.h"
 #include "platform/Registry.h"
 #include "support/Forms.h"
 #include "support/ManualTimers.h"

@@ -1,5 +1,5 @@
 #include "dialogs/MessageBoxes.h"
-#include "dialogs/forms/frmGenMsgBox.h"
+#include "dialogs/frmGenMsgBox.h"
 #include "support/Forms.h"
 
 #include <QLabel>

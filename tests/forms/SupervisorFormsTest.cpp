@@ -1,4 +1,4 @@
-#include "dialogs/forms/frmGenMsgBox.h"
+#include "dialogs/frmGenMsgBox.h"
 #include "security/UserAdmin.h"
 #include "security/forms/frmPassword.h"
 #include "security/forms/frmSupervisorOps.h"

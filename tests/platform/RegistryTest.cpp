@@ -1,5 +1,5 @@
 #include "platform/Registry.h"
-#include "security/LastUser.h"
+#include "session/LastUser.h"
 
 #include <QTemporaryDir>
 

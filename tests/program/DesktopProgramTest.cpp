@@ -4,7 +4,7 @@
 #include "security/FirstStore.h"
 #include "protocol/PacketTypes.h"
 #include "security/UserStore.h"
-#include "security/LastUser.h"
+#include "session/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/Rights.h"
 #include "security/forms/frmTempMsg.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/ChangeRecord.h"
+#include "session/ChangeRecord.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialogs/MessageBoxes.h"
-#include "platform/Desktop.h"
+#include "widgets/Desktop.h"
 #include "support/Wait.h"
 
 #include <QUrl>

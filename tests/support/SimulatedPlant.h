@@ -2,7 +2,7 @@
 
 #include "hostsim/HostSimulator.h"
 #include "platform/Registry.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 #include "support/ScratchProgramFolder.h"
 
 #include <QTemporaryDir>

@@ -4,9 +4,9 @@
 #include "commparms/ParmsLink.h"
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/Services.h"
-#include "dialogs/forms/frmPathZoom.h"
-#include "platform/Desktop.h"
-#include "platform/InstalledPrinters.h"
+#include "dialogs/frmPathZoom.h"
+#include "widgets/Desktop.h"
+#include "widgets/InstalledPrinters.h"
 #include "platform/Latin1.h"
 #include "ui_CommTabDataCollection.h"
 

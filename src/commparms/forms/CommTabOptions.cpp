@@ -1,7 +1,7 @@
 #include "commparms/forms/CommTabOptions.h"
 
 #include "commparms/ParmsLink.h"
-#include "platform/InstalledPrinters.h"
+#include "widgets/InstalledPrinters.h"
 #include "platform/Latin1.h"
 #include "ui_CommTabOptions.h"
 

@@ -1,7 +1,8 @@
 #include "commparms/forms/CommTabSerial.h"
 
-#include "dialogs/forms/CommMessage.h"
-#include "platform/DigitField.h"
+#include "dialogs/CommMessage.h"
+#include "widgets/DigitField.h"
+#include "platform/Latin1.h"
 #include "ui_CommTabSerial.h"
 
 #include <QButtonGroup>
@@ -65,7 +66,7 @@ CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
     });
     connect(ui->ckEnableNoWaitRead, &QCheckBox::clicked, this, [this](bool ticked) {
         if (ckEnableNoWaitRead_Click(editor_.comm(), ticked, editor_.flags())) {
-            CommMessage notice(this);
+            CommMessage notice(fromLatin1Bytes(NoWaitReadNotice), this);
             notice.exec();
         }
         editor_.changed();

@@ -1,7 +1,7 @@
 #include "commparms/forms/ParmsEditing.h"
 
 #include "commparms/FieldCatalogue.h"
-#include "platform/DigitField.h"
+#include "widgets/DigitField.h"
 #include "platform/Latin1.h"
 
 #include <QAbstractButton>

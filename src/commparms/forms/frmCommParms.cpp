@@ -11,7 +11,7 @@
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/ProgramHelp.h"
 #include "dialogs/Services.h"
-#include "platform/DigitField.h"
+#include "widgets/DigitField.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
 #include "ui_frmCommParms.h"

@@ -4,10 +4,10 @@
 #include "security/Login.h"
 #include "security/Rights.h"
 #include "security/forms/SecurityPrompts.h"
-#include "shell/HostConfiguration.h"
-#include "shell/HostSession.h"
-#include "shell/PortStatusModel.h"
-#include "shell/SessionUi.h"
+#include "session/HostConfiguration.h"
+#include "session/HostSession.h"
+#include "session/PortStatusModel.h"
+#include "session/SessionUi.h"
 
 #include <QMainWindow>
 

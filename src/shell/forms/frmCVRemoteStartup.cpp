@@ -2,7 +2,7 @@
 
 #include "dialogs/MessageBoxes.h"
 #include "platform/Latin1.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 #include "shell/SessionMessages.h"
 #include "shell/VersionRules.h"
 #include "shell/forms/frmConfiguration.h"

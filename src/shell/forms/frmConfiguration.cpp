@@ -1,10 +1,10 @@
 #include "shell/forms/frmConfiguration.h"
 
 #include "dialogs/MessageBoxes.h"
-#include "platform/DigitField.h"
+#include "widgets/DigitField.h"
 #include "platform/Latin1.h"
 #include "shell/ConfigurationRules.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 #include "shell/SessionMessages.h"
 #include "ui_frmConfiguration.h"
 

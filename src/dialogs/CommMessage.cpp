@@ -1,16 +1,15 @@
-#include "dialogs/forms/CommMessage.h"
+#include "dialogs/CommMessage.h"
 
-#include "commparms/ParmsRules.h"
 #include "ui_CommMessage.h"
 
 namespace corvane {
 
-CommMessage::CommMessage(QWidget* parent)
+CommMessage::CommMessage(const QString& notice, QWidget* parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::CommMessage>())
 {
     ui->setupUi(this);
-    ui->lblMessage->setText(QLatin1String(NoWaitReadNotice.data(), static_cast<qsizetype>(NoWaitReadNotice.size())));
+    ui->lblMessage->setText(notice);
     connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
 }
 

@@ -1,4 +1,4 @@
-#include "platform/DigitField.h"
+#include "widgets/DigitField.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>

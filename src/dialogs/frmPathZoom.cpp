@@ -1,4 +1,4 @@
-#include "dialogs/forms/frmPathZoom.h"
+#include "dialogs/frmPathZoom.h"
 
 #include "ui_frmPathZoom.h"
 

@@ -1,4 +1,4 @@
-#include "dialogs/forms/frmGenMsgBox.h"
+#include "dialogs/frmGenMsgBox.h"
 
 #include "ui_frmGenMsgBox.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/MessageStyle.h"
+#include "runtime/MessageStyle.h"
 
 #include <QDialog>
 

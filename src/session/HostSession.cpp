@@ -1,4 +1,4 @@
-#include "shell/HostSession.h"
+#include "session/HostSession.h"
 
 #include "platform/Latin1.h"
 #include "protocol/Framing.h"
@@ -9,7 +9,7 @@
 #include "runtime/RunTimeError.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/GridRules.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 #include "shell/SessionMessages.h"
 #include "shell/VersionRules.h"
 

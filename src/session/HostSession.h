@@ -7,8 +7,8 @@
 #include "protocol/Framing.h"
 #include "protocol/Replies.h"
 #include "runtime/Convert.h"
-#include "shell/ChangeRecord.h"
-#include "shell/SessionUi.h"
+#include "session/ChangeRecord.h"
+#include "session/SessionUi.h"
 
 #include <QTcpSocket>
 

@@ -1,4 +1,4 @@
-#include "platform/Desktop.h"
+#include "widgets/Desktop.h"
 
 #include <QDesktopServices>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "dialogs/MessageStyle.h"
+#include "runtime/MessageStyle.h"
 
 namespace corvane {
 

@@ -1,4 +1,4 @@
-#include "platform/InstalledPrinters.h"
+#include "widgets/InstalledPrinters.h"
 
 #include "platform/Latin1.h"
 

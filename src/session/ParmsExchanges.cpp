@@ -1,6 +1,6 @@
 // The session's exchanges of port parameters with the host: the fetch of a port's six sections,
 // the update that sends them back, and what each came to.
-#include "shell/HostSession.h"
+#include "session/HostSession.h"
 
 #include "commparms/ParmsRules.h"
 #include "protocol/PacketErrorLog.h"
@@ -8,7 +8,7 @@
 #include "protocol/Requests.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/RunTimeError.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 #include "commparms/ExchangeTexts.h"
 #include "shell/SessionMessages.h"
 

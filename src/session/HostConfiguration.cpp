@@ -1,4 +1,4 @@
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 
 #include "platform/Latin1.h"
 #include "platform/Registry.h"

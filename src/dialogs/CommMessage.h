@@ -10,12 +10,12 @@ class CommMessage;
 
 namespace corvane {
 
-// The notice about the no-wait read, shown when the option is ticked.
+// A notice in a window of its own with one OK (the no-wait read's, when the option is ticked).
 class CommMessage : public QDialog {
     Q_OBJECT
 
 public:
-    explicit CommMessage(QWidget* parent = nullptr);
+    explicit CommMessage(const QString& notice, QWidget* parent = nullptr);
     ~CommMessage() override;
 
 private:

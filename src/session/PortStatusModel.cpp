@@ -1,4 +1,4 @@
-#include "shell/PortStatusModel.h"
+#include "session/PortStatusModel.h"
 
 #include "platform/Latin1.h"
 #include "shell/GridRules.h"

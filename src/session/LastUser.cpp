@@ -1,4 +1,4 @@
-#include "security/LastUser.h"
+#include "session/LastUser.h"
 
 #include "platform/Latin1.h"
 #include "platform/Registry.h"

@@ -1,10 +1,10 @@
-#include "shell/ChangeRecord.h"
+#include "session/ChangeRecord.h"
 
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
 #include "runtime/ProgramFolder.h"
 #include "security/UserAdmin.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
