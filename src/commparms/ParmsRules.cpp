@@ -10,7 +10,7 @@
 namespace corvane {
 namespace {
 
-constexpr std::int16_t Critical = 16;
+using msg::Critical;
 
 void warn(RuleOutcome& outcome, const EditorFlags& flags, std::string text)
 {
@@ -101,15 +101,15 @@ RuleOutcome segmentLengthLeft(DataCollectionParms& d, std::string_view text, con
     RuleOutcome outcome;
     const double length = textVal(text);
     d.MaxDataSegment = roundToInt32(length);
-    if (length < 50) {
+    if (length < LeastSegmentLength) {
         warn(outcome, flags, "The minimum segment length is 50.");
-        outcome.text = "50";
-        d.MaxDataSegment = 50;
+        outcome.text = std::to_string(LeastSegmentLength);
+        d.MaxDataSegment = LeastSegmentLength;
     }
-    if (length > 1000) {
+    if (length > MostSegmentLength) {
         warn(outcome, flags, "The maximum segment length is 1000.");
-        outcome.text = "1000";
-        d.MaxDataSegment = 1000;
+        outcome.text = std::to_string(MostSegmentLength);
+        d.MaxDataSegment = MostSegmentLength;
     }
     return outcome;
 }
@@ -118,10 +118,10 @@ RuleOutcome eobNullsChanged(PortCommParms& p, std::string_view text, const Edito
 {
     RuleOutcome outcome;
     double nulls = textVal(text);
-    if (nulls > 64) {
+    if (nulls > MostEobNulls) {
         warn(outcome, flags, "64 is the maximum number of End Of Block Nulls characters.");
-        outcome.text = "64";
-        nulls = 64;
+        outcome.text = std::to_string(MostEobNulls);
+        nulls = MostEobNulls;
     }
     p.EobNullNumber = roundToInt16(nulls);
     return outcome;

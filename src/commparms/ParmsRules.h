@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commparms/PortParms.h"
+#include "runtime/MessageStyle.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,14 +28,14 @@ struct EditorFlags {
 
 // A message box a rule raises: plain information unless the rule names a style.
 struct RuleMessage {
-    RuleMessage(std::string text_, std::int16_t style_ = 64, std::string title_ = {})
+    RuleMessage(std::string text_, std::int16_t style_ = msg::Information, std::string title_ = {})
         : text(std::move(text_))
         , style(style_)
         , title(std::move(title_))
     {
     }
     std::string text;
-    std::int16_t style; // 64 information, 16 critical
+    std::int16_t style; // msg::Information, or msg::Critical
     std::string title; // empty: the application's title
 
     bool operator==(const RuleMessage&) const = default;
@@ -62,11 +63,14 @@ RuleOutcome purgeSecondsLeft(PortCommParms& p, std::string_view text, const Edit
 // The purge check box: -1 or 0 in bPurgeIfInactive (the field's state follows, see below).
 void ckPurgeIfInactive_Click(PortCommParms& p, bool ticked);
 
+inline constexpr std::int32_t LeastSegmentLength = 50;
+inline constexpr std::int32_t MostSegmentLength = 1000;
 // The maximum segment length, on leaving it: stored first, then below 50 reads "50" and
 // above 1000 reads "1000", each with its message.
 RuleOutcome segmentLengthLeft(DataCollectionParms& d, std::string_view text, const EditorFlags& flags);
 
 // End-of-block nulls, on each change: above 64 reads "64" with a message; stored rounded.
+inline constexpr std::int16_t MostEobNulls = 64;
 RuleOutcome eobNullsChanged(PortCommParms& p, std::string_view text, const EditorFlags& flags);
 
 // An ASCII value, 0-255. Empty, one blank or negative: refused without a word; not a number
