@@ -2,9 +2,9 @@
 
 #include "cli/PasswordInput.h"
 
-#include "runtime/MessageStyle.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
+#include "runtime/MessageStyle.h"
 #include "runtime/RunTimeError.h"
 #include "session/LastUser.h"
 #include "shell/ConfigurationRules.h"
@@ -54,8 +54,7 @@ constexpr Command Commands[] = {
     {"get-parms", getParms, "get-parms PORT", "fetch and print the port's two parameter records"},
     {"set-parms", setParms, "set-parms PORT NAME=VALUE...",
         "fetch, apply each change through the editor's rules in the order given,\nthen send the update"},
-    {"fields", fields, "fields",
-        "the fields set-parms and import take: each one's values and the editor's caption"},
+    {"fields", fields, "fields", "the fields set-parms and import take: each one's values and the editor's caption"},
     {"export", exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"},
     {"import", importParms, "import FILE [PORT...]",
         "send the records in FILE to their ports (each through the update exchange)"},
@@ -471,7 +470,6 @@ void Client::say(const std::string& text) const
     std::fflush(streams_.err);
 }
 
-
 void Client::print(const QString& text) const
 {
     writeOut(shownOnTerminal(text, false).toLocal8Bit(), streams_);
@@ -522,7 +520,7 @@ TempUserAnswer Client::askTemporaryUser()
 
 void Client::showAccessNotAllowed()
 {
-    say("No access to the selected function.");
+    say(std::string(AccessNotAllowed));
 }
 
 void Client::showChangeUser(LoginValues& values)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/StopSignals.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
+#include "platform/StopSignals.h"
 #include "security/Login.h"
 #include "security/Rights.h"
 #include "security/UserStore.h"

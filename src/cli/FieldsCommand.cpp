@@ -44,8 +44,8 @@ QString takes(const FieldRow& row)
 QJsonObject rowJson(const FieldRow& row)
 {
     QJsonObject out{{QStringLiteral("name"), fromLatin1Bytes(row.name)},
-        {QStringLiteral("record"), row.dataCollection ? QStringLiteral("DataCollectionParms")
-                                                      : QStringLiteral("PortCommParms")},
+        {QStringLiteral("record"),
+            row.dataCollection ? QStringLiteral("DataCollectionParms") : QStringLiteral("PortCommParms")},
         {QStringLiteral("section"), row.section}, {QStringLiteral("sent"), row.section != NotCarried},
         {QStringLiteral("editable"), row.edit != nullptr}, {QStringLiteral("takes"), takes(row)},
         {QStringLiteral("caption"), fromLatin1Bytes(row.caption)}};
@@ -68,10 +68,10 @@ int fields(Client& client)
             all.append(rowJson(row));
             continue;
         }
-        client.print(QStringLiteral("%1 %2  (%3%4)")
-                         .arg(fromLatin1Bytes(row.name).leftJustified(24), takes(row), fromLatin1Bytes(row.caption),
-                             row.section == NotCarried ? QStringLiteral("; kept by this terminal, never sent")
-                                                       : QString()));
+        client.print(
+            QStringLiteral("%1 %2  (%3%4)")
+                .arg(fromLatin1Bytes(row.name).leftJustified(24), takes(row), fromLatin1Bytes(row.caption),
+                    row.section == NotCarried ? QStringLiteral("; kept by this terminal, never sent") : QString()));
     }
     if (client.options().json)
         client.printJson(all);

@@ -101,8 +101,8 @@ constexpr std::string_view Collection = "commparms-collection";
 
 constexpr std::int32_t Int16Max = std::numeric_limits<std::int16_t>::max();
 
-constexpr std::array<std::string_view, 15> BaudCaptions = {"110", "300", "600", "1200", "2400", "4800", "9600",
-    "14400", "19200", "38400", "56000", "57600", "115200", "128000", "256000"};
+constexpr std::array<std::string_view, 15> BaudCaptions = {"110", "300", "600", "1200", "2400", "4800", "9600", "14400",
+    "19200", "38400", "56000", "57600", "115200", "128000", "256000"};
 constexpr std::array<std::string_view, 4> DataTypeCaptions = {"ISO", "EIA", "ASCII", "BINARY"};
 constexpr std::array<std::string_view, 3> ParityCaptions = {"NONE", "EVEN", "ODD"};
 constexpr std::array<std::string_view, 2> DataBitsCaptions = {"7", "8"};
@@ -118,59 +118,140 @@ constexpr std::array<std::string_view, 2> FileNameCaptions
 constexpr std::array<std::string_view, 3> PrintOptionCaptions = {"Always print", "Print on command", "Do not print"};
 
 // When a control is enabled, by the rule that decides it.
-constexpr bool handshakeFrame(const ControlStates& s) { return s.comm.handshakeFrame; }
-constexpr bool purgeOption(const ControlStates& s) { return s.comm.purgeOption; }
-constexpr bool purgeSeconds(const ControlStates& s) { return s.comm.purgeSeconds; }
-constexpr bool ignoreIncomingData(const ControlStates& s) { return s.comm.ignoreIncomingData; }
-constexpr bool outgoingHeader(const ControlStates& s) { return s.comm.outgoingHeader; }
-constexpr bool startString(const ControlStates& s) { return s.collection.startString; }
-constexpr bool streamOptions(const ControlStates& s) { return s.collection.streamOptions; }
-constexpr bool terminationString(const ControlStates& s) { return s.collection.terminationString; }
-constexpr bool maxSegment(const ControlStates& s) { return s.collection.maxSegment; }
-constexpr bool fileNameFrame(const ControlStates& s) { return s.collection.fileNameFrame; }
-constexpr bool fileNameString(const ControlStates& s) { return s.collection.fileNameString; }
-constexpr bool saveFolder(const ControlStates& s) { return s.collection.saveFolder; }
-constexpr bool useAdvancedFileOptions(const ControlStates& s) { return s.collection.useAdvancedFileOptions; }
-constexpr bool printFrame(const ControlStates& s) { return s.collection.printFrame; }
-constexpr bool printer(const ControlStates& s) { return s.collection.printer; }
-constexpr bool printCommand(const ControlStates& s) { return s.collection.printCommand; }
-constexpr bool useAdvancedPrintOptions(const ControlStates& s) { return s.collection.useAdvancedPrintOptions; }
+constexpr bool handshakeFrame(const ControlStates& s)
+{
+    return s.comm.handshakeFrame;
+}
+constexpr bool purgeOption(const ControlStates& s)
+{
+    return s.comm.purgeOption;
+}
+constexpr bool purgeSeconds(const ControlStates& s)
+{
+    return s.comm.purgeSeconds;
+}
+constexpr bool ignoreIncomingData(const ControlStates& s)
+{
+    return s.comm.ignoreIncomingData;
+}
+constexpr bool outgoingHeader(const ControlStates& s)
+{
+    return s.comm.outgoingHeader;
+}
+constexpr bool startString(const ControlStates& s)
+{
+    return s.collection.startString;
+}
+constexpr bool streamOptions(const ControlStates& s)
+{
+    return s.collection.streamOptions;
+}
+constexpr bool terminationString(const ControlStates& s)
+{
+    return s.collection.terminationString;
+}
+constexpr bool maxSegment(const ControlStates& s)
+{
+    return s.collection.maxSegment;
+}
+constexpr bool fileNameFrame(const ControlStates& s)
+{
+    return s.collection.fileNameFrame;
+}
+constexpr bool fileNameString(const ControlStates& s)
+{
+    return s.collection.fileNameString;
+}
+constexpr bool saveFolder(const ControlStates& s)
+{
+    return s.collection.saveFolder;
+}
+constexpr bool useAdvancedFileOptions(const ControlStates& s)
+{
+    return s.collection.useAdvancedFileOptions;
+}
+constexpr bool printFrame(const ControlStates& s)
+{
+    return s.collection.printFrame;
+}
+constexpr bool printer(const ControlStates& s)
+{
+    return s.collection.printer;
+}
+constexpr bool printCommand(const ControlStates& s)
+{
+    return s.collection.printCommand;
+}
+constexpr bool useAdvancedPrintOptions(const ControlStates& s)
+{
+    return s.collection.useAdvancedPrintOptions;
+}
 
 constexpr Look check(std::string_view control, std::string_view caption, std::string_view anchor,
     EnabledWhen enabled = nullptr, EditRule rule = tick)
 {
-    return {.control = Control::Check, .edit = rule, .controlName = control, .caption = caption, .anchor = anchor,
+    return {.control = Control::Check,
+        .edit = rule,
+        .controlName = control,
+        .caption = caption,
+        .anchor = anchor,
         .enabled = enabled};
 }
-constexpr Look ascii(std::string_view control, std::string_view caption, std::string_view anchor,
-    EnabledWhen enabled = nullptr)
+constexpr Look ascii(
+    std::string_view control, std::string_view caption, std::string_view anchor, EnabledWhen enabled = nullptr)
 {
-    return {.control = Control::Ascii, .edit = leaveAsciiValue, .controlName = control, .caption = caption,
-        .anchor = anchor, .enabled = enabled, .lowest = -1, .highest = 255};
+    return {.control = Control::Ascii,
+        .edit = leaveAsciiValue,
+        .controlName = control,
+        .caption = caption,
+        .anchor = anchor,
+        .enabled = enabled,
+        .lowest = -1,
+        .highest = 255};
 }
 constexpr Look typed(std::string_view control, std::string_view caption, std::string_view anchor,
     EnabledWhen enabled = nullptr, std::size_t longest = std::string::npos)
 {
-    return {.control = Control::Text, .edit = storeText, .controlName = control, .caption = caption,
-        .anchor = anchor, .enabled = enabled, .longest = longest};
+    return {.control = Control::Text,
+        .edit = storeText,
+        .controlName = control,
+        .caption = caption,
+        .anchor = anchor,
+        .enabled = enabled,
+        .longest = longest};
 }
 constexpr Look options(EditRule rule, std::string_view prefix, std::string_view caption, std::string_view anchor,
     std::span<const std::string_view> captions, EnabledWhen enabled = nullptr)
 {
-    return {.control = Control::Options, .edit = rule, .controlName = prefix, .caption = caption, .anchor = anchor,
-        .enabled = enabled, .choices = captions};
+    return {.control = Control::Options,
+        .edit = rule,
+        .controlName = prefix,
+        .caption = caption,
+        .anchor = anchor,
+        .enabled = enabled,
+        .choices = captions};
 }
 constexpr Look list(EditRule rule, std::string_view control, std::string_view caption, std::string_view anchor,
     std::span<const std::string_view> captions)
 {
-    return {.control = Control::List, .edit = rule, .controlName = control, .caption = caption, .anchor = anchor,
+    return {.control = Control::List,
+        .edit = rule,
+        .controlName = control,
+        .caption = caption,
+        .anchor = anchor,
         .choices = captions};
 }
 constexpr Look digitsField(EditRule rule, std::string_view control, std::string_view caption, std::string_view anchor,
     std::int32_t lowest, std::int32_t highest, EnabledWhen enabled = nullptr)
 {
-    return {.control = Control::Digits, .edit = rule, .controlName = control, .caption = caption, .anchor = anchor,
-        .enabled = enabled, .lowest = lowest, .highest = highest};
+    return {.control = Control::Digits,
+        .edit = rule,
+        .controlName = control,
+        .caption = caption,
+        .anchor = anchor,
+        .enabled = enabled,
+        .lowest = lowest,
+        .highest = highest};
 }
 // A field no control edits.
 constexpr Look untouched(std::string_view caption)
@@ -205,8 +286,12 @@ constexpr std::array Rows = {
     row(1, i16("Handshaking=", &Comm::Handshaking),
         options(chooseHandshake, "Handshake_", "Handshake", Communications, HandshakeCaptions, handshakeFrame)),
     row(1, i16("Machine_Unique_Id=", &Comm::Machine_Unique_Id),
-        {.control = Control::List, .edit = chooseMachineType, .controlName = "cboMachineTypes",
-            .caption = "Machine Type", .anchor = Editor, .highest = Int16Max}),
+        {.control = Control::List,
+            .edit = chooseMachineType,
+            .controlName = "cboMachineTypes",
+            .caption = "Machine Type",
+            .anchor = Editor,
+            .highest = Int16Max}),
     row(1, i16("Machine_Category_Id=", &Comm::Machine_Category_Id), untouched("Machine category")),
 
     // Section 2: remote requests.
@@ -217,8 +302,13 @@ constexpr std::array Rows = {
     row(2, fixed("RequestCode=", &Comm::RequestCode, 1), typed("RequestCode", "Request Code", Requests, nullptr, 1)),
     row(2, i16("Remote_Req=", &Comm::Remote_Req), list(chooseKeyPad, "KeyPad", "Key Pad", Requests, KeyPadCaptions)),
     row(2, i16("RedirectCode=", &Comm::RedirectCode),
-        {.control = Control::Text, .edit = changeRedirectCode, .controlName = "RedirectCode",
-            .caption = "Redirect Code", .anchor = Requests, .highest = 255, .longest = 1}),
+        {.control = Control::Text,
+            .edit = changeRedirectCode,
+            .controlName = "RedirectCode",
+            .caption = "Redirect Code",
+            .anchor = Requests,
+            .highest = 255,
+            .longest = 1}),
     row(2, flag("FileNotFoundMsgSet=", &Comm::FileNotFoundMsgSet),
         check("chkFileNotFoundMsg", "File Not Found Message", Requests)),
     row(2, text("FileNotFoundMessage=", &Comm::FileNotFoundMessage),
@@ -245,8 +335,8 @@ constexpr std::array Rows = {
     row(3, flag("bPurgeIfInactive=", &Comm::bPurgeIfInactive),
         check("ckPurgeIfInactive", "Purge If Sending and Inactive", Options, purgeOption, tickPurgeIfInactive)),
     row(3, i16("iPurgeIfInactiveSeconds=", &Comm::iPurgeIfInactiveSeconds),
-        digitsField(leavePurgeSeconds, "txtPurgeIfInactiveSeconds", "Purge after seconds", Options, 1, Int16Max,
-            purgeSeconds)),
+        digitsField(
+            leavePurgeSeconds, "txtPurgeIfInactiveSeconds", "Purge after seconds", Options, 1, Int16Max, purgeSeconds)),
     row(3, i16("iMinimumPurgeSeconds=", &Comm::iMinimumPurgeSeconds), untouched("Least purge seconds")),
     row(3, flag("bEnableNoWaitRead=", &Comm::bEnableNoWaitRead),
         check("ckEnableNoWaitRead", "Enable No-Wait Read", Communications, nullptr, tickNoWaitRead)),
@@ -256,21 +346,29 @@ constexpr std::array Rows = {
         check("chkOutHdrEOBVal", "End of Outgoing Header EOB", Options, outgoingHeader)),
     row(3, flag("HandleFramingError=", &Comm::HandleFramingError),
         check("HandleFramingError", "Handle Framing or Parity Errors", Communications)),
-    row(3, i16("OutHdrVal1=", &Comm::OutHdrVal1), ascii("txtOutHdrVal1", "End of Outgoing Header 1", Options, outgoingHeader)),
-    row(3, i16("OutHdrVal2=", &Comm::OutHdrVal2), ascii("txtOutHdrVal2", "End of Outgoing Header 2", Options, outgoingHeader)),
-    row(3, i16("OutHdrVal3=", &Comm::OutHdrVal3), ascii("txtOutHdrVal3", "End of Outgoing Header 3", Options, outgoingHeader)),
-    row(3, i16("OutHdrVal4=", &Comm::OutHdrVal4), ascii("txtOutHdrVal4", "End of Outgoing Header 4", Options, outgoingHeader)),
-    row(3, i16("OutHdrVal5=", &Comm::OutHdrVal5), ascii("txtOutHdrVal5", "End of Outgoing Header 5", Options, outgoingHeader)),
-    row(3, i16("OutHdrVal6=", &Comm::OutHdrVal6), ascii("txtOutHdrVal6", "End of Outgoing Header 6", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal1=", &Comm::OutHdrVal1),
+        ascii("txtOutHdrVal1", "End of Outgoing Header 1", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal2=", &Comm::OutHdrVal2),
+        ascii("txtOutHdrVal2", "End of Outgoing Header 2", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal3=", &Comm::OutHdrVal3),
+        ascii("txtOutHdrVal3", "End of Outgoing Header 3", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal4=", &Comm::OutHdrVal4),
+        ascii("txtOutHdrVal4", "End of Outgoing Header 4", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal5=", &Comm::OutHdrVal5),
+        ascii("txtOutHdrVal5", "End of Outgoing Header 5", Options, outgoingHeader)),
+    row(3, i16("OutHdrVal6=", &Comm::OutHdrVal6),
+        ascii("txtOutHdrVal6", "End of Outgoing Header 6", Options, outgoingHeader)),
     row(3, sentOnly(flag("EnableRemotePrinting=", &Comm::EnableRemotePrinting)),
         check("chkEnableRemotePrint", "Enable Remote Printing", Options)),
     row(3, text("PrinterPort=", &Comm::PrinterPort), typed("cbPrinter", "Remote printer", Options)),
 
     // Section 4: start and end strings.
     row(4, i16("StStr=", &Comm::StStr), ascii("StartChar", "Start Char", Strings)),
-    row(4, i16("StAmt=", &Comm::StAmt), digitsField(storeDigits, "StartAmt", "Start Char occurrence", Strings, 0, Int16Max)),
+    row(4, i16("StAmt=", &Comm::StAmt),
+        digitsField(storeDigits, "StartAmt", "Start Char occurrence", Strings, 0, Int16Max)),
     row(4, i16("EndStr=", &Comm::EndStr), ascii("EndChar", "End Char", Strings)),
-    row(4, i16("EndAmt=", &Comm::EndAmt), digitsField(storeDigits, "EndAmt", "End Char occurrence", Strings, 0, Int16Max)),
+    row(4, i16("EndAmt=", &Comm::EndAmt),
+        digitsField(storeDigits, "EndAmt", "End Char occurrence", Strings, 0, Int16Max)),
     row(4, i16("VarStrtStr1=", &Comm::VarStrtStr1), ascii("StartStrVal_1", "Start String 1", Strings)),
     row(4, i16("VarStrtStr2=", &Comm::VarStrtStr2), ascii("StartStrVal_2", "Start String 2", Strings)),
     row(4, i16("VarStrtStr3=", &Comm::VarStrtStr3), ascii("StartStrVal_3", "Start String 3", Strings)),
@@ -295,7 +393,8 @@ constexpr std::array Rows = {
     row(5, text("ConfirmFooter=", &Comm::ConfirmFooter), typed("txtConfirmFooter", "Confirmation Footer", Requests)),
 
     // Section 6: data collection.
-    row(6, i16("ExtractData=", &Dc::ExtractData), check("chkExtractData", "Extract Data From Incoming Stream", Collection)),
+    row(6, i16("ExtractData=", &Dc::ExtractData),
+        check("chkExtractData", "Extract Data From Incoming Stream", Collection)),
     row(6, i16("DataStreamOption=", &Dc::DataStreamOption),
         options(storeChoice, "optDataStream_", "Data stream", Collection, DataStreamCaptions, streamOptions)),
     row(6, i16("FileNameOption=", &Dc::FileNameOption),
@@ -308,15 +407,19 @@ constexpr std::array Rows = {
     row(6, text("DataTerminationString=", &Dc::DataTerminationString),
         typed("txtDataTerminationString", "Data Termination Identifier String", Collection, terminationString)),
     row(6, FieldSpec<Dc>{.key = "MaxDataSegment=", .encoding = Encoding::Int32, .int32 = &Dc::MaxDataSegment},
-        digitsField(leaveSegmentLength, "txtMaxSegment", "Maximum Segment Length", Collection,
-            LeastSegmentLength, MostSegmentLength, maxSegment)),
+        digitsField(leaveSegmentLength, "txtMaxSegment", "Maximum Segment Length", Collection, LeastSegmentLength,
+            MostSegmentLength, maxSegment)),
     row(6, text("FileNameString=", &Dc::FileNameString),
         typed("txtFileNameString", "File Name Identifier String", Collection, fileNameString)),
     row(6, text("PrintCommandString=", &Dc::PrintCommandString),
         typed("txtPrintCommandString", "Print Command String", Collection, printCommand)),
     row(6, text("SaveToFolder=", &Dc::SaveToFolder),
-        {.control = Control::Text, .edit = chooseSaveFolder, .controlName = "txtSaveToFolder",
-            .caption = "Save To Folder", .anchor = Collection, .enabled = saveFolder}),
+        {.control = Control::Text,
+            .edit = chooseSaveFolder,
+            .controlName = "txtSaveToFolder",
+            .caption = "Save To Folder",
+            .anchor = Collection,
+            .enabled = saveFolder}),
 
     // Kept by this terminal only.
     row(NotCarried, i16("AppendDateAndTime=", &Dc::AppendDateAndTime),

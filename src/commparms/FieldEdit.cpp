@@ -153,7 +153,8 @@ RuleOutcome storeText(FieldEditing& e, std::string_view value)
 
 RuleOutcome chooseSaveFolder(FieldEditing& e, std::string_view value)
 {
-    const FolderChoice chosen = saveFolderChosen(e.d, value, normalReceiveFolder(e.machineTypes, e.p.Machine_Unique_Id));
+    const FolderChoice chosen
+        = saveFolderChosen(e.d, value, normalReceiveFolder(e.machineTypes, e.p.Machine_Unique_Id));
     if (!chosen.taken)
         refuse(e, value, chosen.message->text);
     return {};
@@ -198,8 +199,8 @@ FieldEdit editField(PortCommParms& p, DataCollectionParms& d, std::string_view n
         return {false,
             std::string(name) + " does not take that value: no value may hold the packet's control characters", {}};
     if (!row->enabledFor(controlStates(p, d)))
-        return {false,
-            std::string(name) + " cannot be changed now: its control is disabled for this port's settings", {}};
+        return {
+            false, std::string(name) + " cannot be changed now: its control is disabled for this port's settings", {}};
     PortCommParms commAfter = p;
     DataCollectionParms collectAfter = d;
     FieldEditing editing{commAfter, collectAfter, machineTypes, *row};

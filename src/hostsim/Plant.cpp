@@ -1,7 +1,7 @@
 #include "hostsim/Plant.h"
 
-#include "hostsim/HostPackets.h"
 #include "commparms/RecordFields.h"
+#include "hostsim/HostPackets.h"
 #include "protocol/PortParmsPacket.h"
 #include "runtime/Convert.h"
 #include "runtime/RunTimeError.h"

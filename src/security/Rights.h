@@ -45,12 +45,16 @@ struct TempUserAnswer {
     std::string password;
 };
 
+// What a refused access check says, in a box of this title on the desktop.
+inline constexpr std::string_view AccessNotAllowed = "No access to the selected function.";
+inline constexpr std::string_view AccessNotAllowedTitle = "Access Not Allowed";
+
 // The prompts an access check may need; the desktop program answers them with its forms.
 class AccessUi {
 public:
     virtual ~AccessUi() = default;
     virtual TempUserAnswer askTemporaryUser() = 0;
-    // "No access to the selected function." titled "Access Not Allowed".
+    // AccessNotAllowed, titled AccessNotAllowedTitle.
     virtual void showAccessNotAllowed() = 0;
 };
 

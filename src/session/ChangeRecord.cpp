@@ -10,13 +10,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-
-
 namespace corvane {
 namespace {
 
 using namespace change_keys;
-
 
 QJsonValue textOrNull(const QString& text)
 {
@@ -55,8 +52,7 @@ QJsonValue jsonOf(const FieldValue& value)
 int appendChangeRecord(const ChangeRecordEntry& entry)
 {
     QJsonArray fields;
-    for (const RecordedField& field : entry.fields)
-    {
+    for (const RecordedField& field : entry.fields) {
         QJsonObject line{{QStringLiteral("name"), fromLatin1Bytes(field.name)},
             {QStringLiteral("old"), valueOrNull(field.before)}, {QStringLiteral("new"), valueOrNull(field.after)},
             {QStringLiteral("by"), fromView(field.by)}};

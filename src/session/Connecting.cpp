@@ -4,8 +4,8 @@
 
 #include "protocol/Requests.h"
 #include "runtime/RunTimeError.h"
-#include "session/ResumeNext.h"
 #include "session/HostConfiguration.h"
+#include "session/ResumeNext.h"
 #include "shell/ConfigurationRules.h"
 #include "shell/SessionMessages.h"
 #include "shell/VersionRules.h"

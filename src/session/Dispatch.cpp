@@ -6,9 +6,9 @@
 #include "protocol/Requests.h"
 #include "runtime/ErrorLog.h"
 #include "session/ResumeNext.h"
-#include "shell/VersionRules.h"
 #include "shell/GridRules.h"
 #include "shell/SessionMessages.h"
+#include "shell/VersionRules.h"
 
 namespace corvane {
 

@@ -4,10 +4,10 @@
 #include "protocol/Framing.h"
 #include "protocol/Requests.h"
 #include "runtime/RunTimeError.h"
-#include "shell/ConfigurationRules.h"
-#include "shell/GridRules.h"
 #include "session/HostConfiguration.h"
 #include "session/ResumeNext.h"
+#include "shell/ConfigurationRules.h"
+#include "shell/GridRules.h"
 #include "shell/SessionMessages.h"
 
 #include <QCoreApplication>

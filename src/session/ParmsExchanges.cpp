@@ -2,6 +2,7 @@
 // the update that sends them back, and what each came to.
 #include "session/HostSession.h"
 
+#include "commparms/ExchangeTexts.h"
 #include "commparms/ParmsRules.h"
 #include "protocol/PacketErrorLog.h"
 #include "protocol/PortParmsPacket.h"
@@ -9,9 +10,7 @@
 #include "runtime/ErrorLog.h"
 #include "runtime/RunTimeError.h"
 #include "session/HostConfiguration.h"
-#include "commparms/ExchangeTexts.h"
 #include "shell/SessionMessages.h"
-
 
 namespace corvane {
 
@@ -112,8 +111,7 @@ FetchState HostSession::fetchState(std::int16_t port) const
 std::vector<ChangedField> HostSession::showCorrections(std::int16_t port) const
 {
     const auto found = fetches_.find(port);
-    return found != fetches_.end() && found->second.complete ? found->second.corrections
-                                                             : std::vector<ChangedField>{};
+    return found != fetches_.end() && found->second.complete ? found->second.corrections : std::vector<ChangedField>{};
 }
 
 const PortRecords* HostSession::received(std::int16_t port) const
@@ -153,8 +151,8 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         return false;
     }
     PortFetch& fetch = found->second;
-    std::vector<ChangedField> changes = changedFields(fetch.host.comm, fetch.host.collection, parms_.commParms(port),
-        parms_.dataCollection(port));
+    std::vector<ChangedField> changes
+        = changedFields(fetch.host.comm, fetch.host.collection, parms_.commParms(port), parms_.dataCollection(port));
     for (ChangedField& change : changes)
         for (const ChangedField& correction : fetch.corrections)
             if (correction.name == change.name && correction.after == change.after)
@@ -180,8 +178,8 @@ bool HostSession::UpdateCommParms(std::int16_t port)
             continue;
         ++updateSectionsSent_;
         ackAwaited_ = true;
-        reply = awaitReply(Build_Port_Parms_Packet(section, port, parms_) + EOT, UpdateAckReceived,
-            [this] { return ackSurplus(); });
+        reply = awaitReply(
+            Build_Port_Parms_Packet(section, port, parms_) + EOT, UpdateAckReceived, [this] { return ackSurplus(); });
         ackAwaited_ = false;
         if (reply != Reply::Arrived || ackSurplus()) {
             stopped = section;

@@ -2,8 +2,8 @@
 #include "commparms/ParmsLink.h"
 #include "commparms/forms/frmCommParms.h"
 #include "commparms/forms/frmFileNotFoundMsg.h"
-#include "dialogs/Services.h"
 #include "dialogs/CommMessage.h"
+#include "dialogs/Services.h"
 #include "platform/Registry.h"
 #include "support/Forms.h"
 #include "support/ManualTimers.h"
@@ -368,8 +368,8 @@ TEST_F(CommParmsForm, TheCatalogueAndTheFormAgree)
                     d.FileNameOption = naming;
                     d.PrintOption = print;
                     form->Form_Load();
-                    compare("extract " + std::to_string(extract) + ", stream " + std::to_string(stream)
-                        + ", naming " + std::to_string(naming) + ", print " + std::to_string(print));
+                    compare("extract " + std::to_string(extract) + ", stream " + std::to_string(stream) + ", naming "
+                        + std::to_string(naming) + ", print " + std::to_string(print));
                 }
 }
 

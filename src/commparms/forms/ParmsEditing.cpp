@@ -1,8 +1,8 @@
 #include "commparms/forms/ParmsEditing.h"
 
 #include "commparms/FieldCatalogue.h"
-#include "widgets/DigitField.h"
 #include "platform/Latin1.h"
+#include "widgets/DigitField.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>

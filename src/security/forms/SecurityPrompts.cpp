@@ -23,7 +23,8 @@ TempUserAnswer SecurityPrompts::askTemporaryUser()
 
 void SecurityPrompts::showAccessNotAllowed()
 {
-    boxes_.Show_Gen_MsgBox("No access to the selected function.", msg::OkOnly | msg::Exclamation, "Access Not Allowed");
+    boxes_.Show_Gen_MsgBox(
+        std::string(AccessNotAllowed), msg::OkOnly | msg::Exclamation, std::string(AccessNotAllowedTitle));
 }
 
 void SecurityPrompts::showChangeUser(LoginValues& values)
