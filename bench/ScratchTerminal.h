@@ -7,7 +7,7 @@
 #include "platform/Registry.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
-#include "shell/HostConfiguration.h"
+#include "session/HostConfiguration.h"
 
 #include <QTemporaryDir>
 

@@ -12,8 +12,8 @@
 #include "protocol/Framing.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
-#include "shell/HostConfiguration.h"
-#include "shell/HostSession.h"
+#include "session/HostConfiguration.h"
+#include "session/HostSession.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>

@@ -5,8 +5,8 @@
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "shell/GridRules.h"
-#include "shell/HostConfiguration.h"
-#include "shell/HostSession.h"
+#include "session/HostConfiguration.h"
+#include "session/HostSession.h"
 
 #include <QCoreApplication>
 

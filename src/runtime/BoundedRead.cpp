@@ -1,11 +1,11 @@
 #include "runtime/BoundedRead.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #ifdef _WIN32
-#include <filesystem>
-#include <fstream>
+#include "runtime/WindowsFile.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,31 +20,67 @@ std::string tooLarge(long long limit)
     return "it holds more than " + std::to_string(limit) + " bytes";
 }
 
+// The bytes of a regular file of `size` bytes, up to one byte past the limit, in case the file
+// grows while it is read; `readSome(buffer, room)` gives how many it read, 0 at the end, or the
+// failure's errno negated.
+template <typename ReadSome> void readUpTo(BoundedRead& out, long long size, long long limit, ReadSome readSome)
+{
+    if (size > limit) {
+        out.refusal = tooLarge(limit);
+        return;
+    }
+    out.bytes.resize(static_cast<std::size_t>(size) + 1);
+    std::size_t got = 0;
+    while (got < out.bytes.size()) {
+        const long long n = readSome(out.bytes.data() + got, out.bytes.size() - got);
+        if (n < 0) {
+            out.bytes.clear();
+            out.refusal = std::strerror(static_cast<int>(-n));
+            return;
+        }
+        if (n == 0)
+            break;
+        got += static_cast<std::size_t>(n);
+        if (static_cast<long long>(got) > limit)
+            break;
+    }
+    out.bytes.resize(got);
+}
+
 } // namespace
 
 BoundedRead readBoundedFile(const std::string& path, long long limit, bool followLinks)
 {
     BoundedRead out;
 #ifdef _WIN32
-    std::error_code ec;
-    const auto status = std::filesystem::status(path, ec);
-    if (ec || !std::filesystem::exists(status)) {
-        out.missing = true;
-        out.refusal = "it is not there";
+    // A device (NUL, CON, a pipe) or a folder opens too, and is refused by its kind.
+    const windows::File file = windows::openFile(path, GENERIC_READ, OPEN_EXISTING, followLinks);
+    if (!file.isOpen()) {
+        const int error = windows::lastErrno();
+        out.missing = error == ENOENT;
+        out.refusal = std::strerror(error);
         return out;
     }
-    if (!followLinks && std::filesystem::is_symlink(std::filesystem::symlink_status(path, ec))) {
-        out.refusal = "it is a symbolic link";
+    windows::Kind kind{};
+    if (const int error = windows::kindOf(file, kind)) {
+        out.refusal = std::strerror(error);
         return out;
     }
-    if (!std::filesystem::is_regular_file(status)) {
-        out.refusal = "it is no regular file";
+    if (kind != windows::Kind::Regular) {
+        out.refusal = kind == windows::Kind::Link ? "it is a symbolic link" : "it is no regular file";
         return out;
     }
-    std::ifstream in(path, std::ios::binary);
-    out.bytes.resize(static_cast<std::size_t>(limit) + 1);
-    in.read(out.bytes.data(), static_cast<std::streamsize>(out.bytes.size()));
-    out.bytes.resize(static_cast<std::size_t>(in.gcount()));
+    LARGE_INTEGER size{};
+    if (!::GetFileSizeEx(file.get(), &size)) {
+        out.refusal = std::strerror(windows::lastErrno());
+        return out;
+    }
+    readUpTo(out, size.QuadPart, limit, [&](char* buffer, std::size_t room) -> long long {
+        DWORD n = 0;
+        if (!::ReadFile(file.get(), buffer, static_cast<DWORD>(std::min<std::size_t>(room, 1u << 30)), &n, nullptr))
+            return -windows::lastErrno();
+        return n;
+    });
 #else
     const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | (followLinks ? 0 : O_NOFOLLOW));
     if (fd < 0) {
@@ -66,29 +102,13 @@ BoundedRead readBoundedFile(const std::string& path, long long limit, bool follo
         return out;
     }
     out.mode = static_cast<unsigned>(st.st_mode & 07777);
-    if (st.st_size > limit) {
-        out.refusal = tooLarge(limit);
-        return out;
-    }
-    // Read one byte past the limit, in case the file grows while it is read.
-    out.bytes.resize(static_cast<std::size_t>(st.st_size) + 1);
-    std::size_t got = 0;
-    while (got < out.bytes.size()) {
-        const ssize_t n = ::read(fd, out.bytes.data() + got, out.bytes.size() - got);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0) {
-            out.bytes.clear();
-            out.refusal = std::strerror(errno);
-            return out;
+    readUpTo(out, st.st_size, limit, [fd](char* buffer, std::size_t room) -> long long {
+        for (;;) {
+            const ssize_t n = ::read(fd, buffer, room);
+            if (n >= 0 || errno != EINTR)
+                return n < 0 ? -errno : n;
         }
-        if (n == 0)
-            break;
-        got += static_cast<std::size_t>(n);
-        if (static_cast<long long>(got) > limit)
-            break;
-    }
-    out.bytes.resize(got);
+    });
 #endif
     if (static_cast<long long>(out.bytes.size()) > limit) {
         out.bytes.clear();

@@ -9,7 +9,9 @@
 #include <filesystem>
 #include <system_error>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include "runtime/WindowsFile.h"
+#else
 #include <fcntl.h>
 #include <unistd.h>
 #endif
@@ -72,16 +74,19 @@ int appendLogLine(const std::string& path, std::string_view line)
     whole.reserve(line.size() + 2);
     whole.append(line).append("\r\n");
 #ifdef _WIN32
-    errno = 0;
-    std::FILE* file = std::fopen(path.c_str(), "ab");
-    if (!file)
-        return fileErrorFromErrno(errno);
-    const bool written = std::fwrite(whole.data(), 1, whole.size(), file) == whole.size();
-    const int writeErrno = errno;
-    const bool closed = std::fclose(file) == 0;
-    if (!written || !closed)
-        return fileErrorFromErrno(writeErrno ? writeErrno : errno);
-    return 0;
+    // Never through a link; appending only, so that the line goes at the end in one write, as
+    // O_APPEND has it, and two programs appending at once cannot interleave their lines.
+    windows::File file = windows::openFile(path, FILE_APPEND_DATA, OPEN_ALWAYS);
+    if (!file.isOpen())
+        return fileErrorFromErrno(windows::lastErrno());
+    windows::Kind kind{};
+    int error = windows::kindOf(file, kind);
+    if (!error && kind != windows::Kind::Regular)
+        error = kind == windows::Kind::Link ? ELOOP : EISDIR;
+    if (!error)
+        error = windows::writeAll(file, whole, windows::AtTheEnd);
+    const int closed = file.close();
+    return error || closed ? fileErrorFromErrno(error ? error : closed) : 0;
 #else
     // Never through a link; the line goes in one write, so that two programs appending at once
     // cannot interleave their lines.

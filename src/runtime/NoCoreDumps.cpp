@@ -12,7 +12,10 @@ namespace corvane {
 bool keepSecretsOutOfCoreDumps()
 {
 #if defined(_WIN32)
-    return false; // no core files; crash dumps are the system's setting
+    // Nothing to switch off: Windows has no core files, and what Windows Error Reporting keeps
+    // of a crashed program is set for the machine, not by the program. Nor is attaching kept
+    // from the user's other processes there: false says that nothing took.
+    return false;
 #else
     const rlimit none{0, 0};
     bool done = ::setrlimit(RLIMIT_CORE, &none) == 0;

@@ -6,8 +6,7 @@
 #include <random>
 
 #ifdef _WIN32
-#include <filesystem>
-#include <fstream>
+#include "runtime/WindowsFile.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,6 +16,13 @@
 namespace corvane {
 namespace {
 
+// Windows takes either slash between a folder and its file.
+#ifdef _WIN32
+constexpr const char* Separators = "/\\";
+#else
+constexpr const char* Separators = "/";
+#endif
+
 std::string systemMessage(int error)
 {
     return std::strerror(error);
@@ -24,7 +30,7 @@ std::string systemMessage(int error)
 
 std::string folderOf(const std::string& path)
 {
-    const std::size_t slash = path.find_last_of('/');
+    const std::size_t slash = path.find_last_of(Separators);
     if (slash == std::string::npos)
         return ".";
     return slash == 0 ? "/" : path.substr(0, slash);
@@ -34,7 +40,7 @@ std::string folderOf(const std::string& path)
 std::string temporaryName(const std::string& path)
 {
     static std::mt19937_64 random{std::random_device{}()};
-    const std::size_t slash = path.find_last_of('/');
+    const std::size_t slash = path.find_last_of(Separators);
     const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
     char suffix[17];
     std::snprintf(suffix, sizeof suffix, "%016llx", static_cast<unsigned long long>(random()));
@@ -45,35 +51,99 @@ std::string temporaryName(const std::string& path)
 
 #ifdef _WIN32
 
-// Untested: no Windows build has been made. No links to refuse there; the rename replaces.
-std::string wholeFileRefusal(const std::string& path)
+namespace {
+
+// What the path holds, without following a link: Missing (nothing there), a kind, or a failure.
+int kindAt(const std::string& path, windows::Kind& kind, bool& missing)
 {
-    std::error_code ec;
-    const auto status = std::filesystem::symlink_status(path, ec);
-    if (ec || !std::filesystem::exists(status))
-        return {};
-    if (std::filesystem::is_symlink(status))
-        return "it is a symbolic link";
-    return std::filesystem::is_regular_file(status) ? std::string() : "it is not a regular file";
+    missing = false;
+    const windows::File file = windows::openFile(path, 0, OPEN_EXISTING);
+    if (!file.isOpen()) {
+        const int error = windows::lastErrno();
+        missing = error == ENOENT;
+        return missing ? 0 : error;
+    }
+    return windows::kindOf(file, kind);
 }
 
-int putWholeFile(const std::string& path, std::string_view bytes, const WholeFileWay&)
+std::string refusalOf(windows::Kind kind)
 {
-    if (!wholeFileRefusal(path).empty())
+    if (kind == windows::Kind::Link)
+        return "it is a symbolic link (it is neither followed nor replaced)";
+    return kind == windows::Kind::Regular ? std::string() : "it is not a regular file";
+}
+
+// Unless `error` came first: the bytes written from the start and flushed to the disk; the
+// handle closed in any case. The first failure, or 0.
+int finishWrite(windows::File& file, std::string_view bytes, int error)
+{
+    if (!error)
+        error = windows::writeAll(file, bytes, 0);
+    if (!error && !::FlushFileBuffers(file.get()))
+        error = windows::lastErrno();
+    const int closed = file.close();
+    return error ? error : closed;
+}
+
+// The bytes written over the file itself, opened without following a link.
+int rewriteInPlace(const std::string& path, std::string_view bytes)
+{
+    windows::File file = windows::openFile(path, GENERIC_WRITE, OPEN_EXISTING);
+    if (!file.isOpen())
+        return windows::lastErrno();
+    windows::Kind kind{};
+    int error = windows::kindOf(file, kind);
+    if (!error && kind != windows::Kind::Regular)
+        error = NoRegularFile;
+    return finishWrite(file, bytes, error);
+}
+
+} // namespace
+
+std::string wholeFileRefusal(const std::string& path)
+{
+    windows::Kind kind{};
+    bool missing = false;
+    // Nothing there, or nothing to tell until the write says what it met.
+    return kindAt(path, kind, missing) == 0 && !missing ? refusalOf(kind) : std::string();
+}
+
+// Windows has no mode, owner and group to carry over: a new file takes the permissions its
+// folder passes on, as the file it replaces did, so `way` decides only where no new file can be
+// made beside the old one (then the old one is rewritten in place when its owner is kept).
+int putWholeFile(const std::string& path, std::string_view bytes, const WholeFileWay& way)
+{
+    windows::Kind kind{};
+    bool missing = false;
+    if (const int error = kindAt(path, kind, missing))
+        return error;
+    if (!missing && !refusalOf(kind).empty())
         return NoRegularFile;
-    const std::string temporary = temporaryName(path);
-    std::error_code ec;
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (out.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
-            out.close();
-            std::filesystem::rename(temporary, path, ec);
-            if (!ec)
-                return 0;
+
+    // CREATE_NEW never opens what is there, a link included: a name taken is passed over.
+    std::string temporary;
+    windows::File file(INVALID_HANDLE_VALUE);
+    for (int attempt = 0; !file.isOpen() && attempt < 16; ++attempt) {
+        temporary = temporaryName(path);
+        file = windows::openFile(temporary, GENERIC_WRITE, CREATE_NEW);
+        const int error = file.isOpen() ? 0 : windows::lastErrno();
+        if (error && error != EEXIST) {
+            if (way.keepOwner && !missing && (error == EACCES || error == EROFS))
+                return rewriteInPlace(path, bytes);
+            return error;
         }
     }
-    std::filesystem::remove(temporary);
-    return ec ? ec.value() : EIO;
+    if (!file.isOpen())
+        return EEXIST;
+
+    int error = finishWrite(file, bytes, 0);
+    // Replaces the old file in one step, and is on the disk when it returns.
+    if (!error && !::MoveFileExW(std::filesystem::path(temporary).c_str(), std::filesystem::path(path).c_str(),
+            MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        error = windows::lastErrno();
+    if (error)
+        ::DeleteFileW(std::filesystem::path(temporary).c_str());
+    return error;
 }
 
 #else

@@ -61,7 +61,7 @@ TEST(PacketErrorLog, AFaultOfTheLogGoesToTheFallbackLineAndTheMessageIsLost)
 TEST(PacketErrorLog, AMissingFolderFailsSilently)
 {
     test::ScratchProgramFolder folder;
-    setenv("CORVANE_PROGRAM_DIR", folder.file("gone").c_str(), 1);
+    test::setVariable("CORVANE_PROGRAM_DIR", folder.file("gone").string().c_str());
     EXPECT_NO_THROW(Log_Packet_Error("Unknown packet."));
     EXPECT_FALSE(folder.exists("gone"));
 }

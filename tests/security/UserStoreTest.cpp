@@ -186,7 +186,7 @@ TEST_F(UserStoreFile, SavingCreatesAMissingStoreButNotItsFolder)
     store.Save_User_Record(0);
     EXPECT_EQ(std::filesystem::file_size(path), UserRecordLength);
 
-    setenv("CORVANE_ROOT", folder.file("nowhere").c_str(), 1);
+    test::setVariable("CORVANE_ROOT", folder.file("nowhere").string().c_str());
     UserStore elsewhere;
     elsewhere.users = store.users;
     EXPECT_EQ(errorNumberRaisedBy([&] { elsewhere.Save_User_Record(0); }), err::PathNotFound);

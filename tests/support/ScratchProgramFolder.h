@@ -15,6 +15,19 @@
 
 namespace corvane::test {
 
+// Sets an environment variable of this process, or removes it when `value` is null.
+inline void setVariable(const char* name, const char* value)
+{
+#ifdef _WIN32
+    _putenv_s(name, value ? value : ""); // an empty value removes it there
+#else
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+#endif
+}
+
 // A throw-away program folder (CORVANE_PROGRAM_DIR) and a clock stopped at a known moment, so
 // that the logs a test provokes land in a folder of its own with predictable lines.
 class ScratchProgramFolder {
@@ -26,14 +39,14 @@ public:
         std::random_device seed;
         path_ = std::filesystem::temp_directory_path() / ("corvane-test-" + std::to_string(seed()));
         std::filesystem::create_directories(path_);
-        setenv("CORVANE_PROGRAM_DIR", path_.c_str(), 1);
+        setVariable("CORVANE_PROGRAM_DIR", path_.string().c_str());
         setClock([] { return Moment; });
     }
     ~ScratchProgramFolder()
     {
         setClock({});
-        unsetenv("CORVANE_PROGRAM_DIR");
-        unsetenv("CORVANE_ROOT");
+        setVariable("CORVANE_PROGRAM_DIR", nullptr);
+        setVariable("CORVANE_ROOT", nullptr);
         std::error_code ec;
         std::filesystem::remove_all(path_, ec);
     }
@@ -46,7 +59,7 @@ public:
     // store's path, its BRELLWICK folder created.
     std::filesystem::path useAsStoreRoot() const
     {
-        setenv("CORVANE_ROOT", path_.c_str(), 1);
+        setVariable("CORVANE_ROOT", path_.string().c_str());
         std::filesystem::create_directories(path_ / "BRELLWICK");
         return path_ / "BRELLWICK" / "BWKXBIDS.DAT";
     }
@@ -85,6 +98,26 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+// Whether a test may make symbolic links here: Windows gives them only to a user with the
+// privilege for them, and wine makes none.
+inline bool symbolicLinksCanBeMade()
+{
+#ifdef _WIN32
+    static const bool can = [] {
+        const auto folder = std::filesystem::temp_directory_path() / ("corvane-link-" + std::to_string(std::random_device{}()));
+        std::error_code ec;
+        std::filesystem::create_directories(folder, ec);
+        std::filesystem::create_symlink(folder / "nowhere", folder / "link", ec);
+        const bool made = !ec;
+        std::filesystem::remove_all(folder, ec);
+        return made;
+    }();
+    return can;
+#else
+    return true;
+#endif
+}
 
 // Runs `body` and returns the run-time error number it raised, or 0 when it raised none.
 template <typename Body> int errorNumberRaisedBy(Body&& body)
