@@ -13,6 +13,7 @@ DesktopProgram::DesktopProgram(ProgramOptions options, Services& services, QObje
     : QObject(parent)
     , options_(std::move(options))
     , services_(services)
+    , terminal_(services.registry, services.timers, services.osUser)
 {
 }
 
@@ -33,7 +34,7 @@ void DesktopProgram::start()
 
 void DesktopProgram::openMainWindow()
 {
-    main_ = new frmCVRemote(services_);
+    main_ = new frmCVRemote(terminal_, services_);
     main_->setAttribute(Qt::WA_DeleteOnClose);
     connect(main_, &frmCVRemote::programEnded, this, &DesktopProgram::finished);
     if (options_.connectHost) {

@@ -2,6 +2,7 @@
 
 #include "app/ProgramOptions.h"
 #include "dialogs/Services.h"
+#include "session/Terminal.h"
 #include "shell/forms/frmCVRemote.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 
@@ -36,6 +37,7 @@ private:
 
     ProgramOptions options_;
     Services& services_;
+    Terminal terminal_; // the desktop program's one terminal, its main window's for as long as that lives
     QPointer<frmCVRemoteStartup> startup_;
     QPointer<frmCVRemote> main_;
 };

@@ -2,12 +2,15 @@
 #include "app/OsUser.h"
 #include "cli/Cli.h"
 #include "platform/ProgramTimer.h"
+#include "platform/Registry.h"
 #include "runtime/NoCoreDumps.h"
 #include "runtime/ProgramFolder.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <memory>
+#include <optional>
 
 int main(int argc, char** argv)
 {
@@ -16,9 +19,16 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
     corvane::setExecutableFolder(QCoreApplication::applicationDirPath().toStdString());
     try {
+        // The password a script may leave in the environment, for when no other is given.
+        std::optional<QString> environmentPassword;
+        if (!qEnvironmentVariableIsEmpty("CORVANE_PASSWORD"))
+            environmentPassword = qEnvironmentVariable("CORVANE_PASSWORD");
+        corvane::cli::Options options
+            = corvane::cli::parseOptions(QCoreApplication::arguments(), std::move(environmentPassword));
+        const std::unique_ptr<corvane::Registry> registry = corvane::openSystemRegistry();
         corvane::QtTimers clock;
-        corvane::cli::Client client(
-            corvane::cli::parseOptions(QCoreApplication::arguments()), corvane::osUserName(), clock);
+        corvane::Terminal terminal(*registry, clock, corvane::osUserName());
+        corvane::cli::Client client(std::move(options), terminal);
         return client.run();
     } catch (const corvane::cli::UsageError& e) {
         std::fprintf(stderr, "corvane-remote-cli: %s\nTry 'corvane-remote-cli --help'.\n", qPrintable(e.what));

@@ -95,7 +95,7 @@ QString indented(const char* text, const QString& indent)
 
 } // namespace
 
-Options parseOptions(const QStringList& arguments)
+Options parseOptions(const QStringList& arguments, std::optional<QString> environmentPassword)
 {
     Options o;
     bool inCommand = false;
@@ -147,8 +147,8 @@ Options parseOptions(const QStringList& arguments)
     }
     if (o.password && o.passwordFile)
         throw UsageError{QStringLiteral("give --password or --password-file, not both")};
-    if (!o.password && !o.passwordFile && !qEnvironmentVariableIsEmpty("CORVANE_PASSWORD"))
-        o.password = qEnvironmentVariable("CORVANE_PASSWORD");
+    if (!o.password && !o.passwordFile && environmentPassword)
+        o.password = std::move(environmentPassword);
     if (o.command.isEmpty())
         throw UsageError{QStringLiteral("no command given")};
     if (o.command != QLatin1String("help") && o.command != QLatin1String("version") && !commandNamed(o.command))
@@ -215,27 +215,22 @@ void writeOut(QByteArray bytes, const ClientStreams& streams)
 
 } // namespace
 
-Client::Client(Options options, std::string osUser, TimerSource& timers, ClientStreams streams)
+Client::Client(Options options, Terminal& terminal, ClientStreams streams)
     : options_(std::move(options))
-    , osUser_(std::move(osUser))
-    , timers_(timers)
+    , terminal_(terminal)
     , streams_(streams)
-    , registry_(openSystemRegistry())
-    , config_(*registry_)
 {
-    config_.load();
+    terminal_.configuration().load();
 }
 
-Client::~Client() = default;
+Client::~Client()
+{
+    terminal_.detach(); // the session answers to this client only
+}
 
 HostSession& Client::session()
 {
-    if (!session_) {
-        SessionUi& ui = *this;
-        session_ = std::make_unique<HostSession>(config_, ui, timers_);
-        session_->setOrigin("cli", osUser_);
-    }
-    return *session_;
+    return terminal_.attach(*this, "cli");
 }
 
 // Whatever a stopping signal interrupted has finished its books (an update its line of the
@@ -243,8 +238,8 @@ HostSession& Client::session()
 int Client::run()
 {
     stops_ = std::make_unique<StopSignals>([this] {
-        if (session_)
-            session_->cancelWaits();
+        if (terminal_.attached())
+            terminal_.session().cancelWaits();
     });
     const int status = runCommand();
     const int signal = stopSignal();
@@ -304,17 +299,17 @@ int Client::runCommand()
 
 void Client::logIn()
 {
-    if (loadUserStore(store_) != StoreLoad::Loaded) {
+    if (loadUserStore(terminal_.users()) != StoreLoad::Loaded) {
         say(message::accessDenied());
-        if (!store_.fault.empty())
-            say(store_.fault);
+        if (!terminal_.users().fault.empty())
+            say(terminal_.users().fault);
         end(AccessRefused);
     }
-    Load_Rights_List(rights_, "CVREMOTE");
+    Load_Rights_List(terminal_.rights(), "CVREMOTE");
     if (options_.user) {
         std::int16_t index = 0;
         std::string typed = toLatin1Bytes(options_.password.value_or(QString()));
-        const LoginCheck check = checkLogin(store_, toLatin1Bytes(*options_.user), typed, index);
+        const LoginCheck check = checkLogin(terminal_.users(), toLatin1Bytes(*options_.user), typed, index);
         // The password has done its work: it stays in no buffer of ours.
         std::fill(typed.begin(), typed.end(), '\0');
         if (options_.password) {
@@ -323,7 +318,7 @@ void Client::logIn()
         }
         switch (check) {
         case LoginCheck::Ok:
-            store_.CurrentUser = index;
+            terminal_.users().CurrentUser = index;
             break;
         case LoginCheck::InvalidUserName:
             say("Invalid User Name");
@@ -334,9 +329,9 @@ void Client::logIn()
         }
     } else {
         // The start-up rules, asking nothing: a remembered user with a password falls to the guest.
-        Initial_Login(store_, Get_Last_User(*registry_), login_, *this);
+        Initial_Login(terminal_.users(), Get_Last_User(terminal_.registry()), terminal_.login(), *this);
     }
-    const UserEntry* current = store_.liveUser(store_.CurrentUser);
+    const UserEntry* current = terminal_.users().liveUser(terminal_.users().CurrentUser);
     if (!current) {
         say("Nobody could be logged in: the user store holds no entry for this log-in.");
         end(AccessRefused);
@@ -346,7 +341,7 @@ void Client::logIn()
 
 void Client::needRight(std::int16_t right)
 {
-    if (!Check_Access(store_, right, FalseValue, *this)) {
+    if (!Check_Access(terminal_.users(), right, FalseValue, *this)) {
         showAccessNotAllowed();
         end(AccessRefused);
     }
@@ -354,7 +349,7 @@ void Client::needRight(std::int16_t right)
 
 void Client::needSupervisor()
 {
-    if (!store_.isSupervisor(store_.CurrentUser)) {
+    if (!terminal_.users().isSupervisor(terminal_.users().CurrentUser)) {
         showAccessNotAllowed();
         end(AccessRefused);
     }
@@ -362,19 +357,19 @@ void Client::needSupervisor()
 
 void Client::connect()
 {
-    const int n = options_.hostNumber.value_or(std::clamp(config_.Get_LastHostIPIndex().toInt(), 1, HostCount));
+    const int n = options_.hostNumber.value_or(std::clamp(terminal_.configuration().Get_LastHostIPIndex().toInt(), 1, HostCount));
     const auto i = static_cast<std::size_t>(n);
     if (options_.host) {
         // An address given for a host slot nobody configured goes to the host's usual port.
-        if (config_.HostIPs[i].isEmpty())
-            config_.SocketPorts[i] = DefaultHostPort;
-        config_.HostIPs[i] = *options_.host;
+        if (terminal_.configuration().HostIPs[i].isEmpty())
+            terminal_.configuration().SocketPorts[i] = DefaultHostPort;
+        terminal_.configuration().HostIPs[i] = *options_.host;
     }
     if (options_.port)
-        config_.SocketPorts[i] = *options_.port;
+        terminal_.configuration().SocketPorts[i] = *options_.port;
     HostSession& s = session();
     s.cboHostName_Click(n);
-    s.Command1_Click(config_.HostIPs[i]);
+    s.Command1_Click(terminal_.configuration().HostIPs[i]);
     s.waitUntil([this, &s] {
         return stopSignal() != 0
             || (s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion);
@@ -409,7 +404,7 @@ void Client::awaitPortStates()
 bool Client::waitFor(const std::function<bool()>& done, int limitMs)
 {
     bool expired = false;
-    const std::unique_ptr<ProgramTimer> limit = timers_.make("tmrAnswerLimit", limitMs);
+    const std::unique_ptr<ProgramTimer> limit = terminal_.timers().make("tmrAnswerLimit", limitMs);
     QObject::connect(limit.get(), &ProgramTimer::timeout, [this, &expired, &limit] {
         limit->stop();
         expired = true;

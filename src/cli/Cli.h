@@ -8,6 +8,7 @@
 #include "security/UserStore.h"
 #include "session/HostConfiguration.h"
 #include "session/HostSession.h"
+#include "session/Terminal.h"
 
 #include <QJsonValue>
 #include <QStringList>
@@ -58,7 +59,8 @@ struct Ending {
     int status;
 };
 
-Options parseOptions(const QStringList& arguments); // throws UsageError
+// `environmentPassword`: what the environment offers (CORVANE_PASSWORD), taken when no other is given.
+Options parseOptions(const QStringList& arguments, std::optional<QString> environmentPassword = {}); // throws UsageError
 // Text as it may reach a terminal: control characters written as \xNN (line breaks kept when
 // asked).
 QString shownOnTerminal(const QString& text, bool keepLineBreaks);
@@ -74,9 +76,9 @@ struct ClientStreams {
 
 class Client : private SessionUi, private AccessUi, private LoginUi {
 public:
-    // `osUser`: the operating-system account running the client, for the record of changes;
-    // `timers`: the clock of every wait (the real one, or a test's).
-    Client(Options options, std::string osUser, TimerSource& timers, ClientStreams streams = {});
+    // The terminal it answers for: its hosts, user store, clock (the real one, or a test's) and
+    // the account running the client (for the record of changes).
+    Client(Options options, Terminal& terminal, ClientStreams streams = {});
     ~Client() override;
 
     // Runs the command; the exit status.
@@ -84,10 +86,10 @@ public:
 
     // What the commands share.
     const Options& options() const { return options_; }
-    Registry& registry() { return *registry_; }
-    HostConfiguration& configuration() { return config_; }
-    UserStore& users() { return store_; }
-    const RightsList& rights() const { return rights_; }
+    Registry& registry() { return terminal_.registry(); }
+    HostConfiguration& configuration() { return terminal_.configuration(); }
+    UserStore& users() { return terminal_.users(); }
+    const RightsList& rights() const { return terminal_.rights(); }
     HostSession& session();
     // The user store loaded and the user logged in: the start-up rules, or --user and its
     // password. Ends with 5 when it cannot be done.
@@ -141,16 +143,9 @@ private:
     void showChangeUser(LoginValues& values) override;
 
     Options options_;
-    std::string osUser_;
-    TimerSource& timers_;
+    Terminal& terminal_;
     ClientStreams streams_;
     std::unique_ptr<StopSignals> stops_;
-    std::unique_ptr<Registry> registry_;
-    HostConfiguration config_;
-    UserStore store_;
-    RightsList rights_;
-    LoginValues login_;
-    std::unique_ptr<HostSession> session_;
     int tableChanges_ = 0;
     bool ftpRefused_ = false;
     bool loggedOff_ = false;

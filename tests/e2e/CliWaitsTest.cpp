@@ -61,7 +61,8 @@ TEST(CliWaits, TimeOutsEndTheCommandWithTheirStatusAndMessage)
         std::FILE* err = std::tmpfile();
         QStringList arguments = QString::fromLatin1(c.line).split(QLatin1Char(' '));
         arguments.prepend(QStringLiteral("corvane-remote-cli"));
-        const int status = cli::Client(cli::parseOptions(arguments), "tester", clock, {out, err}).run();
+        Terminal terminal(*plant.registry, clock, "tester");
+        const int status = cli::Client(cli::parseOptions(arguments), terminal, {out, err}).run();
         const QString said = written(err);
         EXPECT_EQ(status, c.status) << c.name << ": " << said.toStdString();
         EXPECT_TRUE(said.contains(QLatin1String(c.says))) << c.name << ": " << said.toStdString();

@@ -38,6 +38,7 @@ public:
     test::ManualTimers timers;
     test::ScriptedDesktop desktop;
     Services services{*plant.registry, boxes, timers, desktop};
+    Terminal terminal{*plant.registry, timers, "tester"};
 
     void SetUp() override { plant.folder.useAsStoreRoot(); }
     static void typeInto(QLineEdit& field, const QString& text)
@@ -52,7 +53,7 @@ public:
 TEST_F(MainWindow, StartsAsTheSupervisorWhileSecurityIsOffAndConnects)
 {
     ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
-    frmCVRemote window(services);
+    frmCVRemote window(terminal, services);
     QSignalSpy loggedIn(&window, &frmCVRemote::loggedIn);
     window.show();
     ASSERT_TRUE(waitFor([&] { return loggedIn.count() == 1; }));
@@ -107,7 +108,7 @@ TEST_F(MainWindow, TheRememberedUserIsAskedForThePasswordAndGuestsGetNoSuperviso
         control<QLineEdit>(form, "txtPassword").setText(QStringLiteral("PW"));
         control<QPushButton>(form, "cmdButton_0").click();
     });
-    frmCVRemote window(services);
+    frmCVRemote window(terminal, services);
     window.show();
     ASSERT_TRUE(waitFor([&] { return window.users().CurrentUser == 2; }));
     EXPECT_FALSE(window.findChild<QAction*>(QStringLiteral("mnuSetupUsers"))->isVisible());
@@ -117,7 +118,7 @@ TEST_F(MainWindow, TheRememberedUserIsAskedForThePasswordAndGuestsGetNoSuperviso
 TEST_F(MainWindow, TheGridGetsTheRoom)
 {
     ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
-    frmCVRemote window(services);
+    frmCVRemote window(terminal, services);
     window.show();
     auto& grid = control<QTableView>(window, "tgMainScreen");
     ASSERT_TRUE(waitFor([&] { return grid.isVisible() && grid.viewport()->height() > 0; }));

@@ -54,16 +54,20 @@ int lineEditWidthFor(const QLineEdit& field, const QString& sample)
 
 } // namespace
 
-frmCVRemote::frmCVRemote(Services& services, QWidget* parent)
+frmCVRemote::frmCVRemote(Terminal& terminal, Services& services, QWidget* parent)
     : QMainWindow(parent)
     , ui(std::make_unique<Ui::frmCVRemote>())
     , services_(services)
-    , config_(services.registry)
+    , terminal_(terminal)
+    , config_(terminal.configuration())
+    , store_(terminal.users())
+    , rights_(terminal.rights())
+    , login_(terminal.login())
     , prompts_(store_, login_, services.boxes, this)
-    , session_(config_, *this, services.timers)
+    , hold_(terminal, *this, "desktop")
+    , session_(hold_.session())
     , model_(session_.portStatus())
 {
-    session_.setOrigin("desktop", services.osUser);
     ui->setupUi(this);
     setBackground(ui->lblSocketStatus, fromBgr(StartColour));
     ui->tgMainScreen->setModel(&model_);

@@ -8,6 +8,7 @@
 #include "session/HostSession.h"
 #include "session/PortStatusModel.h"
 #include "session/SessionUi.h"
+#include "session/Terminal.h"
 
 #include <QMainWindow>
 
@@ -29,12 +30,14 @@ class frmCVRemote : public QMainWindow, private SessionUi {
     Q_OBJECT
 
 public:
-    explicit frmCVRemote(Services& services, QWidget* parent = nullptr);
+    // The main window of `terminal`, whose session it answers while it lives.
+    frmCVRemote(Terminal& terminal, Services& services, QWidget* parent = nullptr);
     ~frmCVRemote() override;
 
     HostSession& session() { return session_; }
     HostConfiguration& configuration() { return config_; }
     const UserStore& users() const { return store_; }
+    Terminal& terminal() { return terminal_; }
     // Selects host n (1-5) as a click in the picker would; false for a host there is not.
     bool selectHost(int n);
     // Makes grid row `row` the current one, as a click on it would.
@@ -83,12 +86,14 @@ private:
 
     std::unique_ptr<Ui::frmCVRemote> ui;
     Services& services_;
-    HostConfiguration config_;
-    UserStore store_;
-    RightsList rights_;
-    LoginValues login_;
+    Terminal& terminal_;
+    HostConfiguration& config_;
+    UserStore& store_;
+    RightsList& rights_;
+    LoginValues& login_;
     SecurityPrompts prompts_;
-    HostSession session_;
+    SessionHold hold_;
+    HostSession& session_;
     PortStatusModel model_;
     bool firstActivation_ = true;
     bool activating_ = false;
