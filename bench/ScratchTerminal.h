@@ -5,6 +5,7 @@
 // types, which wait out its pause between packets: the figures are the terminal's own.
 #include "hostsim/HostSimulator.h"
 #include "platform/Registry.h"
+#include "runtime/ProgramSetting.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
 #include "session/HostConfiguration.h"
@@ -13,19 +14,30 @@
 
 namespace corvane::bench {
 
+inline Places placesIn(const QTemporaryDir& folder)
+{
+    Places places;
+    places.programFolder = folder.path().toStdString();
+    places.storeFile = places.programFolder + "/BRELLWICK/BWKXBIDS.DAT";
+    places.registryFolder = places.programFolder;
+    return places;
+}
+
 class ScratchTerminal {
 public:
     QTemporaryDir folder;
     hostsim::HostSimulator host;
+    ProgramSetting setting{placesIn(folder)};
 
     ScratchTerminal()
     {
+        // The programs the benchmark starts find the same folder through the environment.
         for (const char* name : {"CORVANE_REGISTRY_DIR", "CORVANE_PROGRAM_DIR", "CORVANE_ROOT"})
             qputenv(name, folder.path().toLocal8Bit());
         createFirstUserStore(userStorePath());
         host.announceMachineTypes = false;
         host.listen();
-        auto registry = openSystemRegistry();
+        auto registry = openSystemRegistry(folder.path());
         HostConfiguration config(*registry);
         config.load();
         config.HostIPs[1] = QStringLiteral("127.0.0.1");

@@ -12,6 +12,7 @@
 #include "protocol/Framing.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
+#include "runtime/ProgramSetting.h"
 #include "session/HostConfiguration.h"
 #include "session/HostSession.h"
 
@@ -47,9 +48,10 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     QTemporaryDir scratch;
-    qputenv("CORVANE_REGISTRY_DIR", scratch.path().toLocal8Bit());
-    qputenv("CORVANE_PROGRAM_DIR", scratch.path().toLocal8Bit());
-    auto registry = openSystemRegistry();
+    Places places;
+    places.programFolder = scratch.path().toStdString();
+    const ProgramSetting setting(places);
+    auto registry = openSystemRegistry(scratch.path());
     HostConfiguration config(*registry);
     config.load();
     hostsim::HostSimulator host;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "runtime/DateTimeText.h"
+#include "runtime/ProgramSetting.h"
 #include "runtime/ErrorLog.h"
 
 namespace corvane::fuzz {
@@ -37,8 +38,8 @@ inline std::vector<std::string_view> chunks(std::string_view input)
 }
 
 // A folder for the files a target reads and writes (the user store, the settings, the save
-// folder's probe): on a RAM disk where there is one, made once and pointed to by CORVANE_ROOT
-// and CORVANE_PROGRAM_DIR. The logs' lines are built as ever, at a fixed moment, but not
+// folder's probe): on a RAM disk where there is one, made once and the program's places for the
+// run (the user store under it, the logs in it). The logs' lines are built as ever, at a fixed moment, but not
 // written: a fuzzed packet can cost hundreds of them, and writing and rotating the logs is the
 // tests' business. So a run reaches its millions of inputs.
 inline const std::filesystem::path& scratchFolder()
@@ -48,10 +49,12 @@ inline const std::filesystem::path& scratchFolder()
         const auto base = std::filesystem::is_directory(shm) ? shm : std::filesystem::temp_directory_path();
         auto path = base / ("corvane-fuzz-" + std::to_string(static_cast<unsigned long>(::getpid())));
         std::filesystem::create_directories(path / "BRELLWICK");
-        setenv("CORVANE_PROGRAM_DIR", path.c_str(), 1);
-        setClock([] { return DateTime{2026, 11, 15, 2, 16, 36}; });
-        setLogWriter([](const std::string&, std::string_view) { return 0; });
-        setenv("CORVANE_ROOT", path.c_str(), 1);
+        Places places;
+        places.programFolder = path.string();
+        places.storeFile = (path / "BRELLWICK" / "BWKXBIDS.DAT").string();
+        static const ProgramSetting setting(
+            places, [] { return DateTime{2026, 11, 15, 2, 16, 36}; },
+            [](const std::string&, std::string_view) { return 0; });
         return path;
     }();
     // Registered once the path is whole, so at exit it runs before the path is destroyed.

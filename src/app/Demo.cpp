@@ -9,7 +9,7 @@
 
 namespace corvane {
 
-bool Demo::start(QString& error)
+bool Demo::start(const Places& places, QString& error)
 {
     if (!folder_.isValid()) {
         error = QStringLiteral("no temporary folder: ") + folder_.errorString();
@@ -18,9 +18,11 @@ bool Demo::start(QString& error)
     const QDir root(folder_.path());
     for (const char* sub : {"store", "registry", "program"})
         root.mkpath(QString::fromLatin1(sub));
-    qputenv("CORVANE_ROOT", root.filePath(QStringLiteral("store")).toLocal8Bit());
-    qputenv("CORVANE_REGISTRY_DIR", root.filePath(QStringLiteral("registry")).toLocal8Bit());
-    qputenv("CORVANE_PROGRAM_DIR", root.filePath(QStringLiteral("program")).toLocal8Bit());
+    Places demo = places;
+    demo.storeFile = root.filePath(QStringLiteral("store/BWKXBIDS.DAT")).toStdString();
+    demo.registryFolder = root.filePath(QStringLiteral("registry")).toStdString();
+    demo.programFolder = root.filePath(QStringLiteral("program")).toStdString();
+    setting_ = std::make_unique<ProgramSetting>(std::move(demo));
 
     try {
         createFirstUserStore(userStorePath());
@@ -37,7 +39,7 @@ bool Demo::start(QString& error)
     host_->setPushStatusInterval(2000); // byte counts move while you watch
 
     // Host 1 is the simulator; host 2 shows what a host that is not set up says.
-    auto registry = openSystemRegistry();
+    auto registry = openSystemRegistry(QString::fromStdString(setting_->places().registryFolder));
     HostConfiguration hosts(*registry);
     hosts.load();
     hosts.HostNames[1] = QStringLiteral("Demo Host (simulated)");
@@ -46,7 +48,8 @@ bool Demo::start(QString& error)
     hosts.HostNames[2] = QStringLiteral("Spare Host (not set up)");
     hosts.HostIPs[2] = QStringLiteral("Undefined");
     if (!hosts.saveHost(1) || !hosts.saveHost(2)) {
-        error = QStringLiteral("the demo's settings cannot be written in ") + registryFolder();
+        error = QStringLiteral("the demo's settings cannot be written in ")
+            + QString::fromStdString(setting_->places().registryFolder);
         return false;
     }
     return true;

@@ -1,10 +1,11 @@
 // The terminal for scripts: corvane-remote-cli status
 #include "app/OsUser.h"
+#include "startup/StartupPlaces.h"
 #include "cli/Cli.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "runtime/NoCoreDumps.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 
 #include <QCoreApplication>
 
@@ -17,7 +18,8 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     corvane::keepSecretsOutOfCoreDumps(); // before the user store or any password is read
     QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
-    corvane::setExecutableFolder(QCoreApplication::applicationDirPath().toStdString());
+    const corvane::ProgramSetting setting(
+        corvane::placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
     try {
         // The password a script may leave in the environment, for when no other is given.
         std::optional<QString> environmentPassword;
@@ -25,7 +27,8 @@ int main(int argc, char** argv)
             environmentPassword = qEnvironmentVariable("CORVANE_PASSWORD");
         corvane::cli::Options options
             = corvane::cli::parseOptions(QCoreApplication::arguments(), std::move(environmentPassword));
-        const std::unique_ptr<corvane::Registry> registry = corvane::openSystemRegistry();
+        const std::unique_ptr<corvane::Registry> registry
+            = corvane::openSystemRegistry(QString::fromStdString(setting.places().registryFolder));
         corvane::QtTimers clock;
         corvane::Terminal terminal(*registry, clock, corvane::osUserName());
         corvane::cli::Client client(std::move(options), terminal);

@@ -2,6 +2,7 @@
 #include "app/Demo.h"
 #include "app/DesktopProgram.h"
 #include "app/OsUser.h"
+#include "startup/StartupPlaces.h"
 #include "app/ProgramOptions.h"
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
@@ -11,7 +12,7 @@
 #include "platform/Registry.h"
 #include "platform/StopSignals.h"
 #include "runtime/NoCoreDumps.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
@@ -70,6 +71,7 @@ int main(int argc, char** argv)
     const ProgramOptions& options = parsed.options;
     if (options.help) {
         const QCoreApplication core(argc, argv); // where the program lies, for its help page
+        const ProgramSetting setting(placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
         std::printf("%s", qPrintable(programHelpText()));
         const QStringList pages = programHelpCandidates();
         const auto found
@@ -85,8 +87,11 @@ int main(int argc, char** argv)
         std::printf("%s %s\n", qPrintable(QCoreApplication::applicationName()), clientVersionText().c_str());
         return 0;
     }
-    if (options.createUserStore)
+    if (options.createUserStore) {
+        const QCoreApplication core(argc, argv);
+        const ProgramSetting setting(placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
         return createFirstUserStoreCommand("corvane-remote");
+    }
 
     if (!hasDisplay()) {
         if (options.screenshotFolder.isEmpty()) {
@@ -102,18 +107,18 @@ int main(int argc, char** argv)
 
     QApplication app(argc, argv);
     keepSecretsOutOfCoreDumps(); // before the user store or any password is read
-    setExecutableFolder(QApplication::applicationDirPath().toStdString());
+    const ProgramSetting setting(placesFromEnvironment(QApplication::applicationDirPath().toStdString()));
 
     Demo demoHost;
     if (options.demo) {
         QString error;
-        if (!demoHost.start(error)) {
+        if (!demoHost.start(setting.places(), error)) {
             std::fprintf(stderr, "corvane-remote: the demo could not start: %s\n", qPrintable(error));
             return 1;
         }
     }
 
-    auto registry = openSystemRegistry();
+    auto registry = openSystemRegistry(QString::fromStdString(programPlaces().registryFolder));
     GenMsgBoxes boxes([](int exitStatus) { QCoreApplication::exit(exitStatus); });
     QtTimers timers;
     SystemDesktop desktop;

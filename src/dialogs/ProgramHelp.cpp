@@ -3,7 +3,7 @@
 #include "dialogs/MessageBoxes.h"
 #include "widgets/Desktop.h"
 #include "platform/Latin1.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 
 #include <QCoreApplication>
 #include <QDir>

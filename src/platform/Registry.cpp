@@ -25,6 +25,11 @@ QString groupOf(const QString& key)
 // QSettings over either the native registry or an INI file per hive.
 class SettingsRegistry final : public Registry {
 public:
+    explicit SettingsRegistry(QString folder)
+        : folder_(std::move(folder))
+    {
+    }
+
     bool keyExists(Hive hive, const QString& key) override
     {
         auto s = open(hive);
@@ -66,7 +71,7 @@ private:
             = hive == Hive::Machine ? QStringLiteral("HKEY_LOCAL_MACHINE") : QStringLiteral("HKEY_CURRENT_USER");
         return std::make_unique<QSettings>(root, QSettings::Registry32Format);
 #else
-        const QString file = QDir(registryFolder())
+        const QString file = QDir(folder_)
                                  .filePath(hive == Hive::Machine ? QStringLiteral("machine.ini") : QStringLiteral("user.ini"));
         // A settings file is small: what is no regular file (a pipe would hold the program up)
         // or is far larger than any the program writes is not read, and the hive reads empty.
@@ -95,13 +100,15 @@ private:
         s->sync();
         return s->status() == QSettings::NoError;
     }
+
+    QString folder_;
 };
 
 } // namespace
 
-std::unique_ptr<Registry> openSystemRegistry()
+std::unique_ptr<Registry> openSystemRegistry(const QString& folder)
 {
-    return std::make_unique<SettingsRegistry>();
+    return std::make_unique<SettingsRegistry>(folder.isEmpty() ? registryFolder() : folder);
 }
 
 QString registryFolder()

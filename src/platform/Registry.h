@@ -27,8 +27,8 @@ public:
 };
 
 // On Windows the real registry (the 32-bit view the family of programs shares); elsewhere
-// machine.ini and user.ini in registryFolder().
-std::unique_ptr<Registry> openSystemRegistry();
+// machine.ini and user.ini in `folder`, or in registryFolder() when it is empty.
+std::unique_ptr<Registry> openSystemRegistry(const QString& folder = {});
 
 // CORVANE_REGISTRY_DIR when set, else the user's configuration folder + "/CorvaneRemote".
 QString registryFolder();

@@ -2,7 +2,7 @@
 
 #include "runtime/DateTimeText.h"
 #include "runtime/ErrorLog.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 

@@ -1,17 +1,13 @@
 #include "runtime/DateTimeText.h"
 
+#include "runtime/ProgramSetting.h"
+
 #include <cstdlib>
 #include <ctime>
 #include <tuple>
 
 namespace corvane {
 namespace {
-
-std::function<DateTime()>& clockOverride()
-{
-    static std::function<DateTime()> clock;
-    return clock;
-}
 
 std::string twoDigits(int value)
 {
@@ -83,14 +79,12 @@ DateTimeFormat dateTimeFormatFor(std::string_view localeName)
 
 const DateTimeFormat& systemDateTimeFormat()
 {
-    static const DateTimeFormat format = [] {
-        for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
-            const char* value = std::getenv(variable);
-            if (value && *value)
-                return dateTimeFormatFor(value);
-        }
-        return dateTimeFormatFor("C");
-    }();
+    static std::string locale;
+    static DateTimeFormat format = dateTimeFormatFor("C");
+    if (const std::string& wanted = programPlaces().timeLocale; wanted != locale) {
+        locale = wanted;
+        format = dateTimeFormatFor(locale);
+    }
     return format;
 }
 
@@ -106,18 +100,22 @@ std::string generalDateText(const DateTime& moment, const DateTimeFormat& format
 std::string generalDateText(const DateTime& moment)
 {
     static DateTime last{-1};
+    static std::string lastPattern;
     static std::string text;
     const auto key = [](const DateTime& m) { return std::tie(m.year, m.month, m.day, m.hour, m.minute, m.second); };
-    if (key(moment) != key(last)) {
-        text = generalDateText(moment, systemDateTimeFormat());
+    const DateTimeFormat& format = systemDateTimeFormat();
+    const std::string pattern = format.datePattern + ' ' + format.timePattern;
+    if (key(moment) != key(last) || pattern != lastPattern) {
+        text = generalDateText(moment, format);
         last = moment;
+        lastPattern = pattern;
     }
     return text;
 }
 
 DateTime now()
 {
-    if (const auto& clock = clockOverride())
+    if (const auto& clock = programClock())
         return clock();
     const std::time_t seconds = std::time(nullptr);
     std::tm local{};
@@ -129,9 +127,5 @@ DateTime now()
     return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
 }
 
-void setClock(std::function<DateTime()> clock)
-{
-    clockOverride() = std::move(clock);
-}
 
 } // namespace corvane

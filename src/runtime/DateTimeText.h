@@ -34,8 +34,7 @@ const DateTimeFormat& systemDateTimeFormat();
 std::string generalDateText(const DateTime& moment, const DateTimeFormat& format);
 std::string generalDateText(const DateTime& moment);
 
-// The present local time. Tests may put a fixed clock in its place.
+// The present local time, by the clock of the program's setting (a test's may stand still).
 DateTime now();
-void setClock(std::function<DateTime()> clock); // an empty function restores the system clock
 
 } // namespace corvane

@@ -1,7 +1,7 @@
 #include "runtime/ErrorLog.h"
 
 #include "runtime/DateTimeText.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 
 #include <cerrno>
@@ -46,29 +46,14 @@ std::string errorLogLine(int location, int errorNumber)
     return errorLogKey(location, errorNumber) + " " + generalDateText(now());
 }
 
-namespace {
-
-LogWriter& logWriter()
-{
-    static LogWriter writer;
-    return writer;
-}
-
-} // namespace
-
-void setLogWriter(LogWriter writer)
-{
-    logWriter() = std::move(writer);
-}
-
 bool logWriterSet()
 {
-    return static_cast<bool>(logWriter());
+    return static_cast<bool>(programLogWriter());
 }
 
 int appendLogLine(const std::string& path, std::string_view line)
 {
-    if (const LogWriter& writer = logWriter())
+    if (const LogWriter& writer = programLogWriter())
         return writer(path, line);
     std::string whole;
     whole.reserve(line.size() + 2);

@@ -38,11 +38,8 @@ void Log_Run_Time_Error(int location, int errorNumber);
 // a link: a link where the file should be is refused). Returns 0, or the runtime's file error
 // number when the file could not be written.
 int appendLogLine(const std::string& path, std::string_view line);
-// Puts a writer in the place of the file append (the fuzz targets count lines rather than write
-// millions of them); it returns what appendLogLine would. An empty function restores the files.
-using LogWriter = std::function<int(const std::string& path, std::string_view line)>;
-void setLogWriter(LogWriter writer);
-// True while the lines go to such a writer: there are then no log files to rotate.
+// True while the lines go to the program setting's writer rather than files: there are then no
+// log files to rotate.
 bool logWriterSet();
 
 // Runs `body` under an error trap: a run-time error (or any other exception) leaves one line in

@@ -2,7 +2,7 @@
 
 #include "runtime/BoundedRead.h"
 #include "runtime/ErrorLog.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 #include "runtime/WholeFile.h"
@@ -109,32 +109,9 @@ UserEntry decodeUserRecord(const UserRecordBytes& record)
     return entry;
 }
 
-std::string chooseStorePlace(const std::string& newPlace, const std::string& oldPlace)
-{
-    std::error_code ec;
-    if (std::filesystem::exists(std::filesystem::symlink_status(newPlace, ec)))
-        return newPlace;
-    return std::filesystem::exists(std::filesystem::symlink_status(oldPlace, ec)) ? oldPlace : newPlace;
-}
-
 std::string userStorePath()
 {
-    const char* root = std::getenv("CORVANE_ROOT");
-    if (root && *root) {
-        std::string base = root;
-        while (base.size() > 1 && (base.back() == '/' || base.back() == '\\'))
-            base.pop_back();
-#ifdef _WIN32
-        return base + "\\BRELLWICK\\BWKXBIDS.DAT";
-#else
-        return (base == "/" ? "" : base) + "/BRELLWICK/BWKXBIDS.DAT";
-#endif
-    }
-#ifdef _WIN32
-    return programFolder().substr(0, 2) + "\\BRELLWICK\\BWKXBIDS.DAT";
-#else
-    return chooseStorePlace(DefaultStorePlace, OldStorePlace);
-#endif
+    return programPlaces().storeFile;
 }
 
 Bool16 UserStore::Load_User_Store()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/Convert.h"
+#include "runtime/Places.h"
 
 #include <array>
 #include <cstdint>
@@ -49,16 +50,8 @@ const ScrambleTables& Init_Scramble_Tables();
 UserRecordBytes encodeUserRecord(const UserEntry& entry);
 UserEntry decodeUserRecord(const UserRecordBytes& record);
 
-// Where the store lies: with CORVANE_ROOT set, $CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT; else on
-// Windows the drive of the program folder followed by \BRELLWICK\BWKXBIDS.DAT, and elsewhere
-// DefaultStorePlace, a folder of the system's own whose group decides who may read the store
-// (the old place at the root, /BRELLWICK, is used while only it holds a store).
-inline constexpr const char* DefaultStorePlace = "/var/lib/corvane/BWKXBIDS.DAT";
-inline constexpr const char* OldStorePlace = "/BRELLWICK/BWKXBIDS.DAT";
+// Where the store lies: the store file of the program's places (see runtime/Places.h).
 std::string userStorePath();
-// Of the new place and the old: the new one when it holds a store or the old one does not; so
-// that no store is ever made while one lies at either.
-std::string chooseStorePlace(const std::string& newPlace, const std::string& oldPlace);
 
 // No user: what an index holds before a load has found anybody. It has no rights.
 inline constexpr std::int16_t Nobody = -1;

@@ -2,7 +2,7 @@
 
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
-#include "runtime/ProgramFolder.h"
+#include "runtime/ProgramSetting.h"
 #include "security/UserAdmin.h"
 #include "session/ChangeRecordKeys.h"
 #include "session/HostConfiguration.h"

@@ -1,6 +1,7 @@
 // The desktop program against a host, a user store and a program folder that fail it.
 #include "commparms/forms/frmCommParms.h"
 #include "protocol/PacketTypes.h"
+#include "runtime/ProgramSetting.h"
 #include "security/FirstStore.h"
 #include "shell/SessionMessages.h"
 #include "support/ChangeRecordLines.h"
@@ -173,7 +174,9 @@ TEST_F(Faults, WhatTheHostSendsAndTheStateItLeaves)
 TEST_F(Faults, NoLogsAndATextThatIsNoPacketHoldUpNothing)
 {
     plant.folder.write("not-a-folder", "");
-    setenv("CORVANE_PROGRAM_DIR", plant.folder.file("not-a-folder").c_str(), 1);
+    Places noFolder = plant.folder.places();
+    noFolder.programFolder = plant.folder.file("not-a-folder").string();
+    const ProgramSetting setting(noFolder);
     plant.host.faults.noPacketTextOnConnect = true;
     bool filledUnderTheBox = false;
     test::whenBox<QMessageBox>(

@@ -1,4 +1,5 @@
 #include "protocol/PacketErrorLog.h"
+#include "runtime/ProgramSetting.h"
 #include "support/ScratchProgramFolder.h"
 
 #include <gtest/gtest.h>
@@ -61,7 +62,9 @@ TEST(PacketErrorLog, AFaultOfTheLogGoesToTheFallbackLineAndTheMessageIsLost)
 TEST(PacketErrorLog, AMissingFolderFailsSilently)
 {
     test::ScratchProgramFolder folder;
-    test::setVariable("CORVANE_PROGRAM_DIR", folder.file("gone").string().c_str());
+    Places gone = folder.places();
+    gone.programFolder = folder.file("gone").string();
+    const ProgramSetting setting(gone);
     EXPECT_NO_THROW(Log_Packet_Error("Unknown packet."));
     EXPECT_FALSE(folder.exists("gone"));
 }

@@ -1,4 +1,5 @@
 #include "security/UserStore.h"
+#include "runtime/ProgramSetting.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/Users.h"
 
@@ -186,7 +187,9 @@ TEST_F(UserStoreFile, SavingCreatesAMissingStoreButNotItsFolder)
     store.Save_User_Record(0);
     EXPECT_EQ(std::filesystem::file_size(path), UserRecordLength);
 
-    test::setVariable("CORVANE_ROOT", folder.file("nowhere").string().c_str());
+    Places nowhere = folder.places();
+    nowhere.storeFile = folder.file("nowhere/BRELLWICK/BWKXBIDS.DAT").string();
+    const ProgramSetting setting(nowhere);
     UserStore elsewhere;
     elsewhere.users = store.users;
     EXPECT_EQ(errorNumberRaisedBy([&] { elsewhere.Save_User_Record(0); }), err::PathNotFound);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/DateTimeText.h"
+#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <random>
 #include <sstream>
 #include <string>
@@ -28,8 +30,10 @@ inline void setVariable(const char* name, const char* value)
 #endif
 }
 
-// A throw-away program folder (CORVANE_PROGRAM_DIR) and a clock stopped at a known moment, so
-// that the logs a test provokes land in a folder of its own with predictable lines.
+// A throw-away program folder and a clock stopped at a known moment, in force as the program's
+// setting while the folder lives, so that the logs a test provokes land in a folder of its own
+// with predictable lines. The programs a test starts find the same folder through the
+// environment (CORVANE_PROGRAM_DIR, CORVANE_ROOT), as they would at a user's.
 class ScratchProgramFolder {
 public:
     static constexpr DateTime Moment{2026, 11, 15, 2, 16, 36};
@@ -40,11 +44,13 @@ public:
         path_ = std::filesystem::temp_directory_path() / ("corvane-test-" + std::to_string(seed()));
         std::filesystem::create_directories(path_);
         setVariable("CORVANE_PROGRAM_DIR", path_.string().c_str());
-        setClock([] { return Moment; });
+        places_.programFolder = path_.string();
+        places_.storeFile = chooseStorePlace(DefaultStorePlace, OldStorePlace);
+        setting_.emplace(places_, [] { return Moment; });
     }
     ~ScratchProgramFolder()
     {
-        setClock({});
+        setting_.reset();
         setVariable("CORVANE_PROGRAM_DIR", nullptr);
         setVariable("CORVANE_ROOT", nullptr);
         std::error_code ec;
@@ -61,8 +67,13 @@ public:
     {
         setVariable("CORVANE_ROOT", path_.string().c_str());
         std::filesystem::create_directories(path_ / "BRELLWICK");
-        return path_ / "BRELLWICK" / "BWKXBIDS.DAT";
+        const std::filesystem::path store = path_ / "BRELLWICK" / "BWKXBIDS.DAT";
+        places_.storeFile = store.string();
+        setting_.reset();
+        setting_.emplace(places_, [] { return Moment; });
+        return store;
     }
+    const Places& places() const { return places_; }
     std::filesystem::path file(const std::string& name) const { return path_ / name; }
     bool exists(const std::string& name) const { return std::filesystem::exists(file(name)); }
 
@@ -97,6 +108,8 @@ public:
 
 private:
     std::filesystem::path path_;
+    mutable Places places_;
+    mutable std::optional<ProgramSetting> setting_;
 };
 
 // Whether a test may make symbolic links here: Windows gives them only to a user with the
