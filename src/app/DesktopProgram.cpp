@@ -3,7 +3,6 @@
 #include "shell/forms/frmCVRemote.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 
-#include <QPushButton>
 
 #include <memory>
 
@@ -42,7 +41,7 @@ void DesktopProgram::openMainWindow()
         connect(main_, &frmCVRemote::loggedIn, this, [this] {
             if (*options_.connectHost >= 1)
                 main_->selectHost(*options_.connectHost);
-            main_->findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+            main_->connectToHost();
         });
     }
     if (options_.editPort) {
@@ -56,7 +55,7 @@ void DesktopProgram::openMainWindow()
                 this,
                 [this] {
                     main_->selectRow(*options_.editPort - 1);
-                    main_->findChild<QPushButton*>(QStringLiteral("cmdCommParms"))->click();
+                    main_->editParameters();
                 },
                 Qt::QueuedConnection);
         });

@@ -50,7 +50,7 @@ void Screenshots::mainShown(frmCVRemote& main)
 {
     QTimer::singleShot(SettleMs, &main, [this, &main] {
         main.selectHost(1);
-        main.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+        main.connectToHost();
         // The connect returns once the status request is out; the grid fills when the reply is in,
         // and the label turns green on the connection timer's next tick.
         auto* poll = new QTimer(&main);
@@ -97,7 +97,7 @@ void Screenshots::editorOf(frmCVRemote& main)
         });
     });
     main.selectRow(14); // EDM 1, which collects data
-    main.findChild<QPushButton*>(QStringLiteral("cmdCommParms"))->click();
+    main.editParameters();
 }
 
 void Screenshots::settle()

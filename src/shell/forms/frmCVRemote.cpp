@@ -88,15 +88,14 @@ frmCVRemote::frmCVRemote(Terminal& terminal, Services& services, QWidget* parent
         if (session_.connected())
             showMessage(message::alreadyConnectedDropDown());
     });
-    connect(ui->Command1, &QPushButton::clicked, this,
-        [this] { guardedCommand([this] { session_.Command1_Click(ui->txtIP->text()); }); });
+    connect(ui->Command1, &QPushButton::clicked, this, &frmCVRemote::connectToHost);
     connect(ui->cmdDisconnect, &QPushButton::clicked, this,
         [this] { guardedCommand([this] { session_.cmdDisconnect_Click(); }); });
     connect(ui->cmdRefresh, &QPushButton::clicked, this,
         [this] { guardedCommand([this] { session_.cmdRefresh_Click(); }); });
     connect(ui->cmdPurgeAndReset, &QPushButton::clicked, this,
         [this] { guardedCommand([this] { session_.cmdPurgeAndReset_Click(); }); });
-    connect(ui->cmdCommParms, &QPushButton::clicked, this, [this] { guardedCommand([this] { openCommParms(); }); });
+    connect(ui->cmdCommParms, &QPushButton::clicked, this, &frmCVRemote::editParameters);
     connect(ui->cmdSetBook, &QPushButton::clicked, this, [this] { formBookmark_ = currentBookmark_; });
     connect(ui->cmdGetBook, &QPushButton::clicked, this, [this] { setCurrentRow(formBookmark_); });
 
@@ -315,6 +314,16 @@ void frmCVRemote::rowChanged(int row)
     session_.rowChanged(row);
     ui->NotFTP->setVisible(isFtpTypeMode(session_.statusOfRow(row)));
     setNotFtpColour(Qt::black);
+}
+
+void frmCVRemote::connectToHost()
+{
+    guardedCommand([this] { session_.Command1_Click(ui->txtIP->text()); });
+}
+
+void frmCVRemote::editParameters()
+{
+    guardedCommand([this] { openCommParms(); });
 }
 
 void frmCVRemote::selectRow(int row)

@@ -42,6 +42,10 @@ public:
     bool selectHost(int n);
     // Makes grid row `row` the current one, as a click on it would.
     void selectRow(int row);
+    // The connect button's command, and the parameter editor's, as their clicks run them (with
+    // the same access checks and error traps).
+    void connectToHost();
+    void editParameters();
 
 Q_SIGNALS:
     // The start-up log-in has been answered: the program is ready for its user.
