@@ -314,7 +314,7 @@ int initStore(Client& client)
 {
     if (!client.options().arguments.isEmpty())
         throw UsageError{QStringLiteral("init-store takes no arguments")};
-    return createFirstUserStoreCommand("corvane-remote-cli");
+    return createFirstUserStoreCommand("corvane-remote-cli", client.outputStream(), client.errorStream());
 }
 
 int users(Client& client)

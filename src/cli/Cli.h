@@ -119,6 +119,7 @@ public:
 
     void say(const std::string& text) const; // standard error, CR LF as new lines
     std::FILE* errorStream() const { return streams_.err; }
+    std::FILE* outputStream() const { return streams_.out; }
     // Standard output, one line; a write that fails ends the client with 6.
     void print(const QString& text) const;
     void printJson(const QJsonValue& value, bool indented = false) const;

@@ -34,25 +34,26 @@ FirstStore createFirstUserStore(const std::string& path)
     return FirstStore::Created;
 }
 
-int createFirstUserStoreCommand(const char* program)
+int createFirstUserStoreCommand(const char* program, std::FILE* out, std::FILE* err)
 {
     const std::string path = userStorePath();
     try {
         if (createFirstUserStore(path) == FirstStore::AlreadyThere) {
-            std::fprintf(stderr,
+            std::fprintf(err,
                 "%s: a user store already exists at %s; it was left untouched.\n"
                 "Remove it first to start again with a new one.\n",
                 program, path.c_str());
             return 1;
         }
     } catch (const RunTimeError& e) {
-        std::fprintf(stderr, "%s: could not create the user store at %s: %s (error %d).\n", program, path.c_str(),
+        std::fprintf(err, "%s: could not create the user store at %s: %s (error %d).\n", program, path.c_str(),
             errorDescription(e.number()).c_str(), e.number());
         return 2;
     }
-    std::printf("Created the user store at %s\n"
-                "with the users SUPERVISOR and GUEST, both without password and without rights.\n"
-                "Log in as SUPERVISOR and give it a password to activate security.\n",
+    std::fprintf(out,
+        "Created the user store at %s\n"
+        "with the users SUPERVISOR and GUEST, both without password and without rights.\n"
+        "Log in as SUPERVISOR and give it a password to activate security.\n",
         path.c_str());
     return 0;
 }

@@ -99,44 +99,6 @@ TEST_F(Cli, StatusListsThePortsThatHoldAnything)
     EXPECT_EQ(rows.first().toObject().value(QStringLiteral("machine")).toString(), QStringLiteral("LATHE 01"));
 }
 
-TEST_F(Cli, ExitStatusesSayWhatWentWrong)
-{
-    struct Case {
-        const char* name;
-        std::function<void(Cli&)> arrange;
-        const char* line;
-        int status;
-        const char* says; // on standard error
-    } const cases[] = {
-        {"an old host", [](Cli& c) { c.plant.host.faults.version = "4.11"; }, "status", 4,
-            "You are attempting to connect to Corvane version"},
-        {"an unconfigured host", {}, "--host-number 3 status", 3, "No IP address is assigned."},
-        {"a wrong password", {}, "--user supervisor --password x status", 5, "Invalid Password"},
-        {"a port beyond the grid", {}, "purge 129", 2, "PORT takes 1 to 128"},
-        {"a store that is there already", {}, "init-store", 1, "a user store already exists"},
-        // An update cut short after two acknowledgements: the host's connection ends. (Time-outs are
-        // the client's waits' tests.)
-        {"connection lost", [](Cli& c) { c.plant.host.faults.closeAfterPackets = 11; }, "set-parms 3 ConfirmHeader=%B",
-            3, "The connection to the host ended before port 3 was done."},
-        {"no user store", [](Cli& c) { std::filesystem::remove(c.plant.folder.file("BRELLWICK/BWKXBIDS.DAT")); },
-            "status", 5, "Password Security has been compromised."},
-    };
-    for (const auto& c : cases) {
-        if (c.arrange)
-            c.arrange(*this);
-        const Outcome r = cli(c.line);
-        EXPECT_EQ(r.exitCode, c.status) << c.name << ": " << r.err.toStdString();
-        EXPECT_TRUE(r.err.contains(QLatin1String(c.says))) << c.name << ": " << r.err.toStdString();
-        plant.host.faults = {};
-    }
-    // The update stopped at section 3, the trailer never went, and the record says why.
-    const std::vector<QJsonObject> record = test::changeRecordLines(3);
-    ASSERT_EQ(record.size(), 1u);
-    EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
-    EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection-lost"));
-    EXPECT_EQ(hostGot(packet_type::UpdateComplete), 0u);
-}
-
 // set-parms goes through the editor's rules and is recorded; get-parms shows what the host holds.
 TEST_F(Cli, SetParmsGoesThroughTheRulesAndGetParmsShowsTheResult)
 {

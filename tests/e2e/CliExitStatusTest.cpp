@@ -1,0 +1,101 @@
+// The client's exit statuses, each with what it says, run in this process on a test's clock: a host
+// that never answers, or never acknowledges, and a connection that never comes end the command as
+// their time-outs would, with no time passing.
+#include "cli/Cli.h"
+#include "protocol/PacketTypes.h"
+#include "security/FirstStore.h"
+#include "security/UserStore.h"
+#include "support/ChangeRecordLines.h"
+#include "support/ManualTimers.h"
+#include "support/SimulatedPlant.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+
+namespace corvane {
+namespace {
+
+// What the client wrote to one of its streams.
+QString written(std::FILE* stream)
+{
+    std::rewind(stream);
+    QByteArray bytes;
+    char chunk[4096];
+    for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, stream)) > 0;)
+        bytes.append(chunk, static_cast<qsizetype>(n));
+    return QString::fromLocal8Bit(bytes);
+}
+
+TEST(CliExitStatus, EachSaysWhatWentWrong)
+{
+    struct Case {
+        const char* name;
+        std::function<void(test::SimulatedPlant&)> fault;
+        const char* line;
+        const char* ticks; // the timer whose time runs out ("": none)
+        const char* after; // once the host has received a packet that starts so ("": from the start)
+        int status;
+        const char* says; // on standard error
+    } const cases[] = {
+        {"an old host", [](test::SimulatedPlant& p) { p.host.faults.version = "4.11"; }, "status", "", "", 4,
+            "You are attempting to connect to Corvane version"},
+        {"an unconfigured host", {}, "--host-number 3 status", "", "", 3, "No IP address is assigned."},
+        {"a wrong password", {}, "--user supervisor --password x status", "", "", 5, "Invalid Password"},
+        {"a port beyond the grid", {}, "purge 129", "", "", 2, "PORT takes 1 to 128"},
+        {"a store that is there already", {}, "init-store", "", "", 1, "a user store already exists"},
+        {"no user store",
+            [](test::SimulatedPlant& p) { std::filesystem::remove(p.folder.file("BRELLWICK/BWKXBIDS.DAT")); }, "status",
+            "", "", 5, "Password Security has been compromised."},
+        // An update cut short after two acknowledgements: the host's connection ends.
+        {"connection lost", [](test::SimulatedPlant& p) { p.host.faults.closeAfterPackets = 11; },
+            "set-parms 3 ConfirmHeader=%B", "", "", 3, "The connection to the host ended before port 3 was done."},
+        {"a silent host", [](test::SimulatedPlant& p) { p.host.faults.silent = true; }, "status", "tmrPacketTimeOut",
+            "", 1, "Fetch Version Timeout."},
+        {"nobody listening", {}, "--port 1 status", "tmrConnectionTimeout", "", 3, "Connection Time Out."},
+        {"no acknowledgement", [](test::SimulatedPlant& p) { p.host.faults.ackSectionsUpTo = 2; },
+            "set-parms 3 ConfirmHeader=%A", "tmrPacketWait", "PKT_TYPE=100\x02SECTION=3\x02", 1,
+            "Update Packet No Ack Received"},
+    };
+    for (const Case& c : cases) {
+        test::SimulatedPlant plant;
+        plant.folder.useAsStoreRoot();
+        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        if (c.fault)
+            c.fault(plant);
+        test::ManualTimers clock;
+        const std::string after = c.after;
+        if (after.empty() && *c.ticks)
+            clock.tickWhenFree(c.ticks);
+        QObject::connect(&plant.host, &hostsim::HostSimulator::packetReceived, [&](const QByteArray& packet) {
+            if (!after.empty() && packet.startsWith(QByteArray::fromStdString(after)))
+                clock.tickWhenFree(c.ticks);
+        });
+        std::FILE* out = std::tmpfile();
+        std::FILE* err = std::tmpfile();
+        QStringList arguments = QString::fromLatin1(c.line).split(QLatin1Char(' '));
+        arguments.prepend(QStringLiteral("corvane-remote-cli"));
+        Terminal terminal(*plant.registry, clock, "tester");
+        const int status = cli::Client(cli::parseOptions(arguments), terminal, {out, err}).run();
+        const QString said = written(err);
+        EXPECT_EQ(status, c.status) << c.name << ": " << said.toStdString();
+        EXPECT_TRUE(said.contains(QLatin1String(c.says))) << c.name << ": " << said.toStdString();
+        // An update cut short stopped at section 3, its trailer never went, and the record says why.
+        const std::string_view name = c.name;
+        if (name == "no acknowledgement" || name == "connection lost") {
+            const std::vector<QJsonObject> record = test::changeRecordLines(3);
+            ASSERT_EQ(record.size(), 1u) << c.name;
+            EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(),
+                QLatin1String(name == "connection lost" ? "connection-lost" : "no-ack"));
+            EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.name;
+            EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u) << c.name;
+        }
+        std::fclose(out);
+        std::fclose(err);
+    }
+}
+
+} // namespace
+} // namespace corvane
