@@ -1,13 +1,22 @@
-// The client's exit statuses, each with what it says, run in this process on a test's clock: a host
-// that never answers, or never acknowledges, and a connection that never comes end the command as
-// their time-outs would, with no time passing.
+// The client run in this process on a test's clock: its exit statuses, each with what it says (a
+// host that never answers, or never acknowledges, and a connection that never comes end the
+// command as their time-outs would, with no time passing), and its fetch and update against
+// polite and hostile peers.
 #include "cli/Cli.h"
+#include "commparms/RecordFields.h"
 #include "protocol/PacketTypes.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
+#include "session/ChangeRecord.h"
 #include "support/ChangeRecordLines.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
+#include "support/Wait.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -27,6 +36,26 @@ QString written(std::FILE* stream)
     for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, stream)) > 0;)
         bytes.append(chunk, static_cast<qsizetype>(n));
     return QString::fromLocal8Bit(bytes);
+}
+
+struct ClientRun {
+    int status;
+    QString out, err;
+};
+
+// The client for one command line (words without blanks), as its main runs it, on `clock`.
+ClientRun runClient(test::SimulatedPlant& plant, test::ManualTimers& clock, const char* line)
+{
+    std::FILE* out = std::tmpfile();
+    std::FILE* err = std::tmpfile();
+    QStringList arguments = QString::fromLatin1(line).split(QLatin1Char(' '));
+    arguments.prepend(QStringLiteral("corvane-remote-cli"));
+    Terminal terminal(*plant.registry, clock, "tester");
+    const int status = cli::Client(cli::parseOptions(arguments), terminal, {out, err}).run();
+    ClientRun run{status, written(out), written(err)};
+    std::fclose(out);
+    std::fclose(err);
+    return run;
 }
 
 TEST(CliExitStatus, EachSaysWhatWentWrong)
@@ -73,14 +102,9 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
             if (!after.empty() && packet.startsWith(QByteArray::fromStdString(after)))
                 clock.tickWhenFree(c.ticks);
         });
-        std::FILE* out = std::tmpfile();
-        std::FILE* err = std::tmpfile();
-        QStringList arguments = QString::fromLatin1(c.line).split(QLatin1Char(' '));
-        arguments.prepend(QStringLiteral("corvane-remote-cli"));
-        Terminal terminal(*plant.registry, clock, "tester");
-        const int status = cli::Client(cli::parseOptions(arguments), terminal, {out, err}).run();
-        const QString said = written(err);
-        EXPECT_EQ(status, c.status) << c.name << ": " << said.toStdString();
+        const ClientRun run = runClient(plant, clock, c.line);
+        const QString& said = run.err;
+        EXPECT_EQ(run.status, c.status) << c.name << ": " << said.toStdString();
         EXPECT_TRUE(said.contains(QLatin1String(c.says))) << c.name << ": " << said.toStdString();
         // An update cut short stopped at section 3, its trailer never went, and the record says why.
         const std::string_view name = c.name;
@@ -92,8 +116,65 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
             EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.name;
             EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u) << c.name;
         }
-        std::fclose(out);
-        std::fclose(err);
+    }
+}
+
+// get-parms prints what the host holds and set-parms sends it back, against a polite host and
+// hostile ones: one that pushes its status between the replies goes unnoticed; one that
+// acknowledges twice or ahead makes the update uncertain (exit 1), and no trailer goes.
+TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
+{
+    struct Case {
+        const char* name;
+        std::function<void(hostsim::HostSimulator&)> fault;
+        int updateStatus;
+    } const cases[] = {
+        {"polite", {}, 0},
+        {"status pushed every 40 ms", [](auto& h) { h.setPushStatusInterval(40); }, 0},
+        {"every section acknowledged twice", [](auto& h) { h.faults.duplicateAck = true; }, 1},
+        {"acknowledging ahead", [](auto& h) { h.faults.earlyAck = true; }, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        test::SimulatedPlant plant;
+        plant.folder.useAsStoreRoot();
+        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        if (c.fault)
+            c.fault(plant.host);
+        test::ManualTimers clock;
+        // The moment an update looks for late acknowledgements passes once nothing else is to be
+        // done, except where the host's surplus is to show within it.
+        if (c.updateStatus == 0)
+            QObject::connect(
+                QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &plant.host, [&clock] {
+                    if (clock.running("tmrAckSettle"))
+                        QMetaObject::invokeMethod(
+                            QCoreApplication::instance(), [&clock] { clock.fireIfRunning("tmrAckSettle"); },
+                            Qt::QueuedConnection);
+                });
+
+        const ClientRun fetched = runClient(plant, clock, "--json get-parms 9");
+        ASSERT_EQ(fetched.status, 0) << fetched.err.toStdString();
+        const QJsonObject port = QJsonDocument::fromJson(fetched.out.toUtf8()).object();
+        const PortParmsTables& held = plant.host.plant().parms;
+        for (const RecordField& field : recordFields()) {
+            const QJsonValue printed
+                = port.value(QLatin1String(field.dataCollection ? "DataCollectionParms" : "PortCommParms"))
+                      .toObject()
+                      .value(QLatin1String(field.name.data(), static_cast<qsizetype>(field.name.size())));
+            if (keptByTerminalOnly(field.name))
+                EXPECT_TRUE(printed.isUndefined()) << field.name << " is no value of the host's";
+            else
+                EXPECT_EQ(printed, jsonOf(fieldValue(held.PortCommParmsTable[8], held.DataCollectionTable[8], field)))
+                    << field.name;
+        }
+        const ClientRun updated = runClient(plant, clock, "set-parms 9 ConfirmFooter=M48");
+        EXPECT_EQ(updated.status, c.updateStatus) << updated.err.toStdString();
+        // What the client sent before it ended reaches the host: the trailer of a certain update only.
+        ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); }));
+        EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), c.updateStatus == 0 ? 1u : 0u);
+        EXPECT_TRUE(c.updateStatus == 0 || updated.err.contains(QStringLiteral("uncertain")))
+            << updated.err.toStdString();
     }
 }
 

@@ -230,51 +230,6 @@ TEST_F(Cli, ImportReadsOnlyARegularFileOfAnExportsSize)
     EXPECT_TRUE(plant.received.empty()) << "nothing was even connected";
 }
 
-// Whatever the host pushes between its replies or repeats, the client prints only what the host
-// holds; an update whose acknowledgements outnumber its sections is uncertain: exit 1, no trailer.
-TEST_F(Cli, FetchAndUpdateAgainstPoliteAndHostilePeers)
-{
-    struct Case {
-        const char* name;
-        std::function<void(hostsim::HostSimulator&)> fault;
-        int updateStatus;
-    } const cases[] = {
-        {"polite", {}, 0},
-        {"status pushed every 40 ms", [](auto& h) { h.setPushStatusInterval(40); }, 0},
-        {"every section acknowledged twice", [](auto& h) { h.faults.duplicateAck = true; }, 1},
-        {"acknowledging ahead", [](auto& h) { h.faults.earlyAck = true; }, 1},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        plant.host.faults = {};
-        plant.host.setPushStatusInterval(0);
-        if (c.fault)
-            c.fault(plant.host);
-        const QJsonObject port = json(cli("--json get-parms 9").out).object();
-        const PortParmsTables& held = plant.host.plant().parms;
-        for (const RecordField& field : recordFields()) {
-            const QJsonValue printed
-                = port.value(QLatin1String(field.dataCollection ? "DataCollectionParms" : "PortCommParms"))
-                      .toObject()
-                      .value(QLatin1String(field.name.data(), static_cast<qsizetype>(field.name.size())));
-            if (keptByTerminalOnly(field.name))
-                EXPECT_TRUE(printed.isUndefined()) << field.name << " is no value of the host's";
-            else
-                EXPECT_EQ(printed, jsonOf(fieldValue(held.PortCommParmsTable[8], held.DataCollectionTable[8], field)))
-                    << field.name;
-        }
-        const int trailers = static_cast<int>(hostGot(packet_type::UpdateComplete));
-        const Outcome r = cli("set-parms 9 ConfirmFooter=M48");
-        EXPECT_EQ(r.exitCode, c.updateStatus) << r.err.toStdString();
-        ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); }));
-        EXPECT_EQ(static_cast<int>(hostGot(packet_type::UpdateComplete)), trailers + (c.updateStatus == 0 ? 1 : 0));
-        if (c.updateStatus != 0) {
-            EXPECT_TRUE(r.err.contains(QStringLiteral("uncertain"))) << r.err.toStdString();
-        }
-        plant.host.plant().parms.PortCommParmsTable[8].ConfirmFooter = "M30";
-    }
-}
-
 // Every command and sub-command, missing or unknown, is a usage error with its usage.
 TEST_F(Cli, MissingOrUnknownCommandsAreUsageErrors)
 {
