@@ -15,6 +15,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -176,6 +177,22 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
         EXPECT_TRUE(c.updateStatus == 0 || updated.err.contains(QStringLiteral("uncertain")))
             << updated.err.toStdString();
     }
+}
+
+// The fields command lists the catalogue: every row, with what each takes.
+TEST(CliFields, ListEveryFieldWithWhatItTakes)
+{
+    test::SimulatedPlant plant;
+    test::ManualTimers clock;
+    const ClientRun listed = runClient(plant, clock, "--json fields");
+    ASSERT_EQ(listed.status, 0) << listed.err.toStdString();
+    const QJsonArray rows = QJsonDocument::fromJson(listed.out.toUtf8()).array();
+    ASSERT_EQ(static_cast<std::size_t>(rows.size()), fieldCatalogue().size());
+    for (const QJsonValue& row : rows)
+        if (row[QStringLiteral("name")] == QStringLiteral("Baud")) {
+            EXPECT_EQ(row[QStringLiteral("highest")].toInt(), 14);
+            EXPECT_TRUE(row[QStringLiteral("takes")].toString().contains(QStringLiteral("6 9600")));
+        }
 }
 
 } // namespace
