@@ -5,10 +5,10 @@
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/Services.h"
 #include "dialogs/frmPathZoom.h"
-#include "widgets/Desktop.h"
-#include "widgets/InstalledPrinters.h"
 #include "platform/Latin1.h"
 #include "ui_CommTabDataCollection.h"
+#include "widgets/Desktop.h"
+#include "widgets/InstalledPrinters.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -22,41 +22,6 @@ CommTabDataCollection::CommTabDataCollection(ParmsEditing& editor, QWidget* pare
     ui->setupUi(this);
     for (const std::string& name : installedPrinterNames())
         ui->cboPrinters->addItem(fromLatin1Bytes(name));
-    dataStream_ = &choices("DataStreamOption");
-    fileName_ = &choices("FileNameOption");
-    printOptions_ = &choices("PrintOption");
-
-    using D = DataCollectionParms;
-    // Its on/off fields hold 1 or 0, unlike the -1 flags of the line settings.
-    const auto onOff = [this](QCheckBox* box, std::int16_t D::*field) {
-        connect(box, &QCheckBox::clicked, this, [this, field](bool ticked) {
-            editor_.collection().*field = ticked ? 1 : 0;
-            editor_.changed();
-        });
-    };
-    onOff(ui->chkExtractData, &D::ExtractData);
-    onOff(ui->chkAppendDateAndTime, &D::AppendDateAndTime);
-    onOff(ui->chkUseAdvancedFileOptions, &D::UseAdvancedFileOptions);
-    onOff(ui->chkUseAdvancedPrintOptions, &D::UseAdvancedPrintOptions);
-    const auto option = [this](QButtonGroup* group, std::int16_t D::*field) {
-        connect(group, &QButtonGroup::idClicked, this, [this, field](int code) {
-            editor_.collection().*field = static_cast<std::int16_t>(code);
-            editor_.changed();
-        });
-    };
-    option(dataStream_, &D::DataStreamOption);
-    option(fileName_, &D::FileNameOption);
-    option(printOptions_, &D::PrintOption);
-    const auto copies = [this](QLineEdit* field, std::string D::*text) {
-        connect(field, &QLineEdit::textEdited, this, [this, field, text] {
-            editor_.collection().*text = textOf(*field);
-            editor_.changed();
-        });
-    };
-    copies(ui->txtDataStartString, &D::DataStartString);
-    copies(ui->txtDataTerminationString, &D::DataTerminationString);
-    copies(ui->txtFileNameString, &D::FileNameString);
-    copies(ui->txtPrintCommandString, &D::PrintCommandString);
 
     digitsOnly(*ui->txtMaxSegment);
     connect(ui->txtMaxSegment, &QLineEdit::textEdited, this, [this] {
@@ -119,20 +84,9 @@ void CommTabDataCollection::Match_cboPrinters(const std::string& printer)
 void CommTabDataCollection::showRecord()
 {
     const DataCollectionParms& d = editor_.collection();
-    show(*ui->chkExtractData, d.ExtractData != 0);
-    show(*ui->txtDataStartString, d.DataStartString);
-    showChoice(*dataStream_, d.DataStreamOption);
-    show(*ui->txtDataTerminationString, d.DataTerminationString);
     show(*ui->txtMaxSegment, std::to_string(d.MaxDataSegment));
-    showChoice(*fileName_, d.FileNameOption);
-    show(*ui->txtFileNameString, d.FileNameString);
-    show(*ui->chkAppendDateAndTime, d.AppendDateAndTime != 0);
     show(*ui->txtSaveToFolder, d.SaveToFolder);
-    show(*ui->chkUseAdvancedFileOptions, d.UseAdvancedFileOptions != 0);
-    showChoice(*printOptions_, d.PrintOption);
     Match_cboPrinters(d.SelectedPrinter);
-    show(*ui->txtPrintCommandString, d.PrintCommandString);
-    show(*ui->chkUseAdvancedPrintOptions, d.UseAdvancedPrintOptions != 0);
 }
 
 // Display_ExtractDataFrame, Display_FileNameOptionsFrame, Display_PrintOptionsFrame, or

@@ -30,9 +30,6 @@ private:
     void Match_cboPrinters(const std::string& printer);
 
     std::unique_ptr<Ui::CommTabDataCollection> ui;
-    QButtonGroup* dataStream_;
-    QButtonGroup* fileName_;
-    QButtonGroup* printOptions_;
 };
 
 } // namespace corvane

@@ -1,9 +1,9 @@
 #include "commparms/forms/CommTabOptions.h"
 
 #include "commparms/ParmsLink.h"
-#include "widgets/InstalledPrinters.h"
 #include "platform/Latin1.h"
 #include "ui_CommTabOptions.h"
+#include "widgets/InstalledPrinters.h"
 
 namespace corvane {
 
@@ -16,29 +16,6 @@ CommTabOptions::CommTabOptions(ParmsEditing& editor, QWidget* parent)
     for (const InstalledPrinter& printer : installedPrinters())
         ui->cbPrinter->addItem(
             fromLatin1Bytes(printer.name + " ( " + printer.port + " )"), fromLatin1Bytes(printer.name));
-
-    const struct {
-        QCheckBox* box;
-        std::int16_t PortCommParms::*field;
-    } plain[] = {
-        {ui->StripHeader, &PortCommParms::StripHeader},
-        {ui->BypassRecAdmin, &PortCommParms::ByPassRec},
-        {ui->IgnoreIncomingData, &PortCommParms::Aux},
-        {ui->SendStbyTimeout, &PortCommParms::SendStbyTimeout},
-        {ui->SendStbyPurge, &PortCommParms::SendStbyPurge},
-        {ui->Comment, &PortCommParms::CompressComment},
-        {ui->LineNums, &PortCommParms::CompressLineNumber},
-        {ui->Tabs, &PortCommParms::CompressTab},
-        {ui->Spaces, &PortCommParms::CompressSpace},
-        {ui->Char, &PortCommParms::CompressChar},
-        {ui->chkOutHdrEOBVal, &PortCommParms::OutHdrEobVal},
-        {ui->chkEnableRemotePrint, &PortCommParms::EnableRemotePrinting},
-    };
-    for (const auto& [box, field] : plain)
-        connect(box, &QCheckBox::clicked, this, [this, field = field](bool ticked) {
-            editor_.comm().*field = flagOf(ticked);
-            editor_.changed();
-        });
 
     connect(ui->ckPurgeIfInactive, &QCheckBox::clicked, this, [this](bool ticked) {
         ckPurgeIfInactive_Click(editor_.comm(), ticked);
@@ -56,28 +33,10 @@ CommTabOptions::CommTabOptions(ParmsEditing& editor, QWidget* parent)
         StripOutgoingHeader_Click(editor_.comm(), ticked);
         editor_.changed({}, true); // the EOB box and the six values are cleared with it
     });
-    asciiField(ui->CharVal, &PortCommParms::CharToCompress);
-    for (auto [field, value] : {std::pair{ui->txtOutHdrVal1, &PortCommParms::OutHdrVal1},
-             std::pair{ui->txtOutHdrVal2, &PortCommParms::OutHdrVal2},
-             std::pair{ui->txtOutHdrVal3, &PortCommParms::OutHdrVal3},
-             std::pair{ui->txtOutHdrVal4, &PortCommParms::OutHdrVal4},
-             std::pair{ui->txtOutHdrVal5, &PortCommParms::OutHdrVal5},
-             std::pair{ui->txtOutHdrVal6, &PortCommParms::OutHdrVal6}})
-        asciiField(field, value);
     connect(ui->cbPrinter, &QComboBox::activated, this, &CommTabOptions::cbPrinter_Click);
 }
 
 CommTabOptions::~CommTabOptions() = default;
-
-void CommTabOptions::asciiField(QLineEdit* field, std::int16_t PortCommParms::*value)
-{
-    connect(field, &QLineEdit::editingFinished, this, [this, field, value] {
-        const RuleOutcome outcome = asciiFieldLeft(editor_.comm().*value, textOf(*field), editor_.flags());
-        if (outcome.text)
-            show(*field, *outcome.text);
-        editor_.changed(outcome);
-    });
-}
 
 void CommTabOptions::cbPrinter_Click(int index)
 {
@@ -88,27 +47,14 @@ void CommTabOptions::cbPrinter_Click(int index)
 void CommTabOptions::showRecord()
 {
     const PortCommParms& p = editor_.comm();
-    show(*ui->StripHeader, p.StripHeader != 0);
-    show(*ui->BypassRecAdmin, p.ByPassRec != 0);
-    show(*ui->IgnoreIncomingData, p.Aux != 0);
-    show(*ui->SendStbyTimeout, p.SendStbyTimeout != 0);
-    show(*ui->SendStbyPurge, p.SendStbyPurge != 0);
     show(*ui->ckPurgeIfInactive, p.bPurgeIfInactive != 0);
     show(*ui->txtPurgeIfInactiveSeconds, std::to_string(p.iPurgeIfInactiveSeconds));
-    show(*ui->Comment, p.CompressComment != 0);
-    show(*ui->LineNums, p.CompressLineNumber != 0);
-    show(*ui->Tabs, p.CompressTab != 0);
-    show(*ui->Spaces, p.CompressSpace != 0);
-    show(*ui->Char, p.CompressChar != 0);
-    show(*ui->CharVal, asciiFieldText(p.CharToCompress));
     show(*ui->StripOutgoingHeader, p.StripOutgoingHeader != 0);
-    show(*ui->chkOutHdrEOBVal, p.OutHdrEobVal != 0);
-    const std::int16_t values[] = {p.OutHdrVal1, p.OutHdrVal2, p.OutHdrVal3, p.OutHdrVal4, p.OutHdrVal5, p.OutHdrVal6};
-    QLineEdit* const fields[] = {ui->txtOutHdrVal1, ui->txtOutHdrVal2, ui->txtOutHdrVal3, ui->txtOutHdrVal4,
-        ui->txtOutHdrVal5, ui->txtOutHdrVal6};
-    for (std::size_t i = 0; i < std::size(fields); ++i)
-        show(*fields[i], p.StripOutgoingHeader != 0 ? asciiFieldText(values[i]) : std::string());
-    show(*ui->chkEnableRemotePrint, p.EnableRemotePrinting != 0);
+    // A header that is not stripped shows no end values, whatever the record holds.
+    if (p.StripOutgoingHeader == 0)
+        for (QLineEdit* field : {ui->txtOutHdrVal1, ui->txtOutHdrVal2, ui->txtOutHdrVal3, ui->txtOutHdrVal4,
+                 ui->txtOutHdrVal5, ui->txtOutHdrVal6})
+            show(*field, std::string());
     const int printer = ui->cbPrinter->findData(fromLatin1Bytes(p.PrinterPort));
     if (printer >= 0)
         showIndex(*ui->cbPrinter, printer);

@@ -23,8 +23,6 @@ public:
     void showStates() override;
 
 private:
-    // An ASCII value field: checked and stored when left.
-    void asciiField(QLineEdit* field, std::int16_t PortCommParms::*value);
     void cbPrinter_Click(int index);
 
     std::unique_ptr<Ui::CommTabOptions> ui;

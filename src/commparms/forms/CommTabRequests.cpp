@@ -13,17 +13,6 @@ CommTabRequests::CommTabRequests(ParmsEditing& editor, QWidget* parent)
     ui->setupUi(this);
     fillList(*ui->KeyPad, "Remote_Req");
 
-    const auto copies = [this](QLineEdit* field, std::string PortCommParms::*text) {
-        connect(field, &QLineEdit::textEdited, this, [this, field, text] {
-            editor_.comm().*text = textOf(*field);
-            editor_.changed();
-        });
-    };
-    copies(ui->ProgQualifier, &PortCommParms::ProgQualifier);
-    copies(ui->RequestCode, &PortCommParms::RequestCode);
-    copies(ui->ContinuousFeedString, &PortCommParms::ContinuousFeedString);
-    copies(ui->txtConfirmHeader, &PortCommParms::ConfirmHeader);
-    copies(ui->txtConfirmFooter, &PortCommParms::ConfirmFooter);
     connect(ui->RedirectCode, &QLineEdit::textEdited, this, [this] {
         RedirectCode_Change(editor_.comm(), textOf(*ui->RedirectCode));
         editor_.changed();
@@ -31,14 +20,6 @@ CommTabRequests::CommTabRequests(ParmsEditing& editor, QWidget* parent)
     connect(ui->KeyPad, &QComboBox::activated, this, [this](int i) {
         // QSI may fill in the redirect code and the feed string: shown at once.
         editor_.changed(KeyPad_Click(editor_.comm(), static_cast<std::int16_t>(i), editor_.flags()), true);
-    });
-    connect(ui->chkFileNotFoundMsg, &QCheckBox::clicked, this, [this](bool ticked) {
-        editor_.comm().FileNotFoundMsgSet = flagOf(ticked);
-        editor_.changed();
-    });
-    connect(ui->ckSendConfirmFile, &QCheckBox::clicked, this, [this](bool ticked) {
-        editor_.comm().SendConfirmFile = flagOf(ticked);
-        editor_.changed();
     });
     connect(ui->cmdEditMsg, &QPushButton::clicked, this, &CommTabRequests::cmdEditMsg_Click);
 }
@@ -57,15 +38,8 @@ void CommTabRequests::cmdEditMsg_Click()
 void CommTabRequests::showRecord()
 {
     const PortCommParms& p = editor_.comm();
-    show(*ui->ProgQualifier, p.ProgQualifier);
-    show(*ui->RequestCode, p.RequestCode);
-    show(*ui->ContinuousFeedString, p.ContinuousFeedString);
     showIndex(*ui->KeyPad, p.Remote_Req);
     show(*ui->RedirectCode, redirectCodeText(p.RedirectCode));
-    show(*ui->chkFileNotFoundMsg, p.FileNotFoundMsgSet != 0);
-    show(*ui->ckSendConfirmFile, p.SendConfirmFile != 0);
-    show(*ui->txtConfirmHeader, p.ConfirmHeader);
-    show(*ui->txtConfirmFooter, p.ConfirmFooter);
 }
 
 } // namespace corvane

@@ -1,9 +1,9 @@
 #include "commparms/forms/CommTabSerial.h"
 
 #include "dialogs/CommMessage.h"
-#include "widgets/DigitField.h"
 #include "platform/Latin1.h"
 #include "ui_CommTabSerial.h"
+#include "widgets/DigitField.h"
 
 #include <QButtonGroup>
 
@@ -17,9 +17,6 @@ CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
     fillList(*ui->SpecificProtocols, "SpecificProtocol");
     fillList(*ui->EndofBlock, "EobConversion");
     dataType_ = &choices("DataType");
-    parity_ = &choices("Parity");
-    dataBits_ = &choices("DataBits");
-    stopBits_ = &choices("StopBits");
     handshake_ = &choices("Handshaking");
     // Backspace too is dropped here, unlike the other number fields.
     DigitField::apply(*ui->txtEobNumNulls, TypedKeys::DigitsOnly);
@@ -36,18 +33,6 @@ CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
         // The parity, data bits and end of block it forces are shown at once.
         editor_.changed(DataType_Click(editor_.comm(), index(code), editor_.flags()), true);
     });
-    connect(parity_, &QButtonGroup::idClicked, this, [this, index](int code) {
-        editor_.comm().Parity = index(code);
-        editor_.changed();
-    });
-    connect(dataBits_, &QButtonGroup::idClicked, this, [this, index](int code) {
-        editor_.comm().DataBits = index(code);
-        editor_.changed();
-    });
-    connect(stopBits_, &QButtonGroup::idClicked, this, [this, index](int code) {
-        editor_.comm().StopBits = index(code);
-        editor_.changed();
-    });
     connect(handshake_, &QButtonGroup::idClicked, this,
         [this, index](int code) { editor_.changed(Handshake_Click(editor_.comm(), index(code), editor_.flags())); });
     connect(ui->txtEobNumNulls, &QLineEdit::textEdited, this, [this] {
@@ -55,14 +40,6 @@ CommTabSerial::CommTabSerial(ParmsEditing& editor, QWidget* parent)
         if (outcome.text)
             show(*ui->txtEobNumNulls, *outcome.text);
         editor_.changed(outcome);
-    });
-    connect(ui->StripTrailingEOB, &QCheckBox::clicked, this, [this](bool ticked) {
-        editor_.comm().StripTrailingEob = flagOf(ticked);
-        editor_.changed();
-    });
-    connect(ui->HandleFramingError, &QCheckBox::clicked, this, [this](bool ticked) {
-        editor_.comm().HandleFramingError = flagOf(ticked);
-        editor_.changed();
     });
     connect(ui->ckEnableNoWaitRead, &QCheckBox::clicked, this, [this](bool ticked) {
         if (ckEnableNoWaitRead_Click(editor_.comm(), ticked, editor_.flags())) {
@@ -81,14 +58,9 @@ void CommTabSerial::showRecord()
     showIndex(*ui->BaudRates, p.Baud);
     showIndex(*ui->SpecificProtocols, p.SpecificProtocol);
     showChoice(*dataType_, p.DataType);
-    showChoice(*parity_, p.Parity);
-    showChoice(*dataBits_, p.DataBits);
-    showChoice(*stopBits_, p.StopBits);
     showChoice(*handshake_, p.Handshaking);
     showIndex(*ui->EndofBlock, p.EobConversion);
     show(*ui->txtEobNumNulls, std::to_string(p.EobNullNumber));
-    show(*ui->StripTrailingEOB, p.StripTrailingEob != 0);
-    show(*ui->HandleFramingError, p.HandleFramingError != 0);
     show(*ui->ckEnableNoWaitRead, p.bEnableNoWaitRead != 0);
 }
 

@@ -27,9 +27,6 @@ public:
 private:
     std::unique_ptr<Ui::CommTabSerial> ui;
     QButtonGroup* dataType_;
-    QButtonGroup* parity_;
-    QButtonGroup* dataBits_;
-    QButtonGroup* stopBits_;
     QButtonGroup* handshake_;
 };
 

@@ -19,15 +19,10 @@ public:
     CommTabStrings(ParmsEditing& editor, QWidget* parent = nullptr);
     ~CommTabStrings() override;
 
-    void showRecord() override;
+    void showRecord() override { }
     void showStates() override { }
 
 private:
-    struct AsciiBinding {
-        QLineEdit* field;
-        std::int16_t PortCommParms::*value;
-    };
-    std::vector<AsciiBinding> ascii_;
     std::unique_ptr<Ui::CommTabStrings> ui;
 };
 

@@ -1,11 +1,13 @@
 #include "commparms/forms/ParmsEditing.h"
 
-#include "commparms/FieldCatalogue.h"
+#include "commparms/FieldRules.h"
+#include "commparms/RecordFields.h"
 #include "platform/Latin1.h"
 #include "widgets/DigitField.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -17,6 +19,86 @@ CommParmsPage::CommParmsPage(ParmsEditing& editor, QWidget* parent)
     : QWidget(parent)
     , editor_(editor)
 {
+}
+
+void CommParmsPage::bindPlainFields()
+{
+    using namespace field_rules;
+    for (const FieldRow& row : fieldCatalogue()) {
+        if (row.controlName.empty())
+            continue;
+        const QString name = fromLatin1Bytes(row.controlName);
+        const auto store = [this, &row](const FieldValue& value) {
+            setFieldValue(editor_.comm(), editor_.collection(), row, value);
+        };
+        if (row.edit == tick) {
+            auto* box = findChild<QCheckBox*>(name);
+            if (!box)
+                continue;
+            connect(box, &QCheckBox::clicked, this, [this, &row, store](bool ticked) {
+                // Data collection's boxes hold 1 or 0, unlike the -1 flags of the line settings.
+                store(std::int64_t{row.dataCollection ? (ticked ? 1 : 0) : flagOf(ticked)});
+                editor_.changed();
+            });
+            plain_.push_back({&row, box});
+        } else if (row.edit == storeText || row.edit == storeDigits) {
+            auto* field = findChild<QLineEdit*>(name);
+            if (!field)
+                continue;
+            if (row.edit == storeDigits)
+                digitsOnly(*field);
+            connect(field, &QLineEdit::textEdited, this, [this, &row, field, store] {
+                if (row.edit == storeDigits)
+                    store(std::int64_t{numberFieldValue(textOf(*field))});
+                else
+                    store(textOf(*field));
+                editor_.changed();
+            });
+            plain_.push_back({&row, field});
+        } else if (row.edit == leaveAsciiValue) {
+            auto* field = findChild<QLineEdit*>(name);
+            if (!field)
+                continue;
+            connect(field, &QLineEdit::editingFinished, this, [this, &row, field, store] {
+                auto value = static_cast<std::int16_t>(
+                    std::get<std::int64_t>(fieldValue(editor_.comm(), editor_.collection(), row)));
+                const RuleOutcome outcome = asciiFieldLeft(value, textOf(*field), editor_.flags());
+                store(std::int64_t{value});
+                if (outcome.text)
+                    show(*field, *outcome.text);
+                editor_.changed(outcome);
+            });
+            plain_.push_back({&row, field});
+        } else if (row.edit == storeChoice && row.control == Control::Options) {
+            if (!findChild<QRadioButton*>(name + QString::number(row.lowest)))
+                continue;
+            QButtonGroup& group = choices(row.name);
+            connect(&group, &QButtonGroup::idClicked, this, [this, store](int code) {
+                store(std::int64_t{code});
+                editor_.changed();
+            });
+            plain_.push_back({&row, nullptr, &group});
+        }
+    }
+}
+
+void CommParmsPage::showPlainFields()
+{
+    for (const PlainField& plain : plain_) {
+        const FieldValue value = fieldValue(editor_.comm(), editor_.collection(), *plain.row);
+        if (plain.group) {
+            showChoice(*plain.group, static_cast<int>(std::get<std::int64_t>(value)));
+        } else if (auto* box = qobject_cast<QCheckBox*>(plain.control)) {
+            show(*box, std::get<std::int64_t>(value) != 0);
+        } else if (auto* field = qobject_cast<QLineEdit*>(plain.control)) {
+            if (plain.row->edit == field_rules::leaveAsciiValue)
+                show(*field, asciiFieldText(static_cast<std::int16_t>(std::get<std::int64_t>(value))));
+            else if (const auto* text = std::get_if<std::string>(&value))
+                show(*field, *text);
+            else
+                show(*field, std::to_string(std::get<std::int64_t>(value)));
+        }
+    }
 }
 
 void CommParmsPage::show(QLineEdit& field, const std::string& text)

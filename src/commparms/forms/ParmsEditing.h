@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commparms/FieldCatalogue.h"
 #include "commparms/ParmsRules.h"
 #include "commparms/PortParms.h"
 
@@ -7,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 class QAbstractButton;
 class QButtonGroup;
@@ -43,6 +45,13 @@ class CommParmsPage : public QWidget {
 
 public:
     CommParmsPage(ParmsEditing& editor, QWidget* parent);
+    // The fields whose control edits them plainly, as the field catalogue lists them (a check
+    // box, a text, a count, an ASCII value, an option group with no rule of its own): each one
+    // found on this page is taken in and shown from its catalogue row, so that such a field
+    // needs no code of the page's own.
+    void bindPlainFields();
+    void showPlainFields();
+    // What the page shows beyond its plain fields.
     virtual void showRecord() = 0;
     virtual void showStates() = 0;
 
@@ -64,6 +73,14 @@ protected:
     static std::string textOf(const QLineEdit& field);
 
     ParmsEditing& editor_;
+
+private:
+    struct PlainField {
+        const FieldRow* row;
+        QWidget* control;
+        QButtonGroup* group = nullptr;
+    };
+    std::vector<PlainField> plain_;
 };
 
 } // namespace corvane

@@ -11,10 +11,10 @@
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/ProgramHelp.h"
 #include "dialogs/Services.h"
-#include "widgets/DigitField.h"
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
 #include "ui_frmCommParms.h"
+#include "widgets/DigitField.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -67,6 +67,8 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     ui->CommTab->addTab(strings_, QStringLiteral("Start/End Strings"));
     ui->CommTab->addTab(collection_, QStringLiteral("Data Collection"));
     pages_ = {serial_, requests_, options_, strings_, collection_};
+    for (CommParmsPage* page : pages_)
+        page->bindPlainFields();
     ui->lblPending->setVisible(false);
     ui->PortSpin->setRange(0, static_cast<int>(link.parmsTables().PortCommParmsTable.size()) - 1);
     ui->PortSpin->setKeyboardTracking(false); // a port is fetched once its number is complete
@@ -246,8 +248,8 @@ void frmCommParms::showFetchState()
     }
     QStringList corrected;
     for (const ChangedField& c : link_.showCorrections(CurrentPort))
-        corrected << fromLatin1Bytes(std::string(c.name) + " " + fieldValueText(c.name, c.before) + " -> "
-            + fieldValueText(c.name, c.after));
+        corrected << fromLatin1Bytes(
+            std::string(c.name) + " " + fieldValueText(c.name, c.before) + " -> " + fieldValueText(c.name, c.after));
     ui->lblShowCorrections->setVisible(state.complete && !corrected.isEmpty());
     ui->lblShowCorrections->setText(
         QStringLiteral("Corrected on showing, by the rules of this port's settings (the host holds the first "
@@ -265,8 +267,10 @@ void frmCommParms::ShowPortParms()
     show(*ui->WorkstationName, p.wstat_name);
     show(*ui->txtCommPort, std::to_string(p.Port_No));
     for (CommParmsPage* page : pages_)
-        if (page != serial_ && page != options_)
+        if (page != serial_ && page != options_) {
+            page->showPlainFields();
             page->showRecord();
+        }
     SetDataValues();
     Match_cboMachineTypesIndex();
     showStates();
@@ -275,8 +279,10 @@ void frmCommParms::ShowPortParms()
 void frmCommParms::SetDataValues()
 {
     IsLoading = true;
-    serial_->showRecord();
-    options_->showRecord();
+    for (CommParmsPage* page : {static_cast<CommParmsPage*>(serial_), static_cast<CommParmsPage*>(options_)}) {
+        page->showPlainFields();
+        page->showRecord();
+    }
     IsLoading = false;
 }
 
