@@ -10,7 +10,9 @@
 #include "support/ScratchProgramFolder.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -189,6 +191,19 @@ TEST_F(CommParmsForm, FieldsAreCheckedWhenLeft)
     QTest::keyClicks(&nulls, QStringLiteral("300"));
     EXPECT_EQ(nulls.text(), QStringLiteral("64"));
     EXPECT_EQ(shown().EobNullNumber, 64);
+
+    // A text pasted with the packet's own control characters is not taken: the field shows
+    // again what the record holds, which is what Update would send.
+    find<QTabWidget>("CommTab").setCurrentIndex(1);
+    shown().ConfirmFooter = "M30";
+    auto& footer = find<QLineEdit>("txtConfirmFooter");
+    footer.setText(QStringLiteral("M30"));
+    footer.setFocus();
+    footer.end(false);
+    QGuiApplication::clipboard()->setText(QStringLiteral("\x02"));
+    footer.paste();
+    EXPECT_EQ(shown().ConfirmFooter, "M30");
+    EXPECT_EQ(footer.text(), QStringLiteral("M30"));
 }
 
 TEST_F(CommParmsForm, TheSpinNoticeComesOncePerRunAndUpdateSendsTheShownPort)

@@ -29,7 +29,7 @@ void CommParmsPage::bindPlainFields()
             continue;
         const QString name = fromLatin1Bytes(row.controlName);
         const auto store = [this, &row](const FieldValue& value) {
-            setFieldValue(editor_.comm(), editor_.collection(), row, value);
+            return setFieldValue(editor_.comm(), editor_.collection(), row, value);
         };
         if (row.edit == tick) {
             auto* box = findChild<QCheckBox*>(name);
@@ -48,10 +48,12 @@ void CommParmsPage::bindPlainFields()
             if (row.edit == storeDigits)
                 digitsOnly(*field);
             connect(field, &QLineEdit::textEdited, this, [this, &row, field, store] {
-                if (row.edit == storeDigits)
-                    store(std::int64_t{numberFieldValue(textOf(*field))});
-                else
-                    store(textOf(*field));
+                const bool stored = row.edit == storeDigits ? store(std::int64_t{numberFieldValue(textOf(*field))})
+                                                            : store(textOf(*field));
+                // A text that could not travel (the packet's own control characters, pasted in)
+                // is not taken: the field shows again what the record holds and Update sends.
+                if (!stored)
+                    showPlainFields();
                 editor_.changed();
             });
             plain_.push_back({&row, field});
