@@ -6,9 +6,9 @@
 namespace corvane {
 namespace {
 
-const ProgramSetting*& current()
+ProgramSetting*& current()
 {
-    static const ProgramSetting* setting = nullptr;
+    static ProgramSetting* setting = nullptr;
     return setting;
 }
 
@@ -40,9 +40,19 @@ ProgramSetting::ProgramSetting(Places places, std::function<DateTime()> clock, L
     current() = this;
 }
 
+// One that goes while a later one is still in force leaves the chain, so that the later one
+// falls back, when it goes, on the one before both.
 ProgramSetting::~ProgramSetting()
 {
-    current() = before_;
+    if (current() == this) {
+        current() = before_;
+        return;
+    }
+    for (ProgramSetting* later = current(); later != nullptr; later = later->before_)
+        if (later->before_ == this) {
+            later->before_ = before_;
+            return;
+        }
 }
 
 const Places& programPlaces()

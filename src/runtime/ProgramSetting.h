@@ -33,7 +33,7 @@ private:
     Places places_;
     std::function<DateTime()> clock_;
     LogWriter writer_;
-    const ProgramSetting* before_;
+    ProgramSetting* before_;
 };
 
 // The places in force.
