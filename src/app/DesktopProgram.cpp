@@ -3,16 +3,15 @@
 #include "shell/forms/frmCVRemote.h"
 #include "shell/forms/frmCVRemoteStartup.h"
 
-
 #include <memory>
 
 namespace corvane {
 
-DesktopProgram::DesktopProgram(ProgramOptions options, Services& services, QObject* parent)
+DesktopProgram::DesktopProgram(ProgramOptions options, Terminal& terminal, Services& services, QObject* parent)
     : QObject(parent)
     , options_(std::move(options))
     , services_(services)
-    , terminal_(services.registry, services.timers, services.osUser)
+    , terminal_(terminal)
 {
 }
 
@@ -24,7 +23,7 @@ DesktopProgram::~DesktopProgram()
 
 void DesktopProgram::start()
 {
-    startup_ = new frmCVRemoteStartup(services_);
+    startup_ = new frmCVRemoteStartup(terminal_, services_);
     connect(startup_, &frmCVRemoteStartup::exited, this, [this] { Q_EMIT finished(EXIT_SUCCESS); });
     connect(startup_, &frmCVRemoteStartup::continued, this, &DesktopProgram::openMainWindow);
     startup_->show();

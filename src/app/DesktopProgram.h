@@ -17,7 +17,8 @@ class DesktopProgram : public QObject {
     Q_OBJECT
 
 public:
-    DesktopProgram(ProgramOptions options, Services& services, QObject* parent = nullptr);
+    // The desktop program of `terminal`, its windows given `services`.
+    DesktopProgram(ProgramOptions options, Terminal& terminal, Services& services, QObject* parent = nullptr);
     ~DesktopProgram() override;
 
     // Shows the start-up form.
@@ -37,7 +38,7 @@ private:
 
     ProgramOptions options_;
     Services& services_;
-    Terminal terminal_; // the desktop program's one terminal, its main window's for as long as that lives
+    Terminal& terminal_;
     QPointer<frmCVRemoteStartup> startup_;
     QPointer<frmCVRemote> main_;
 };

@@ -2,12 +2,10 @@
 #include "app/Demo.h"
 #include "app/DesktopProgram.h"
 #include "app/OsUser.h"
-#include "startup/StartupPlaces.h"
 #include "app/ProgramOptions.h"
 #include "app/Screenshots.h"
 #include "dialogs/MessageBoxes.h"
 #include "dialogs/ProgramHelp.h"
-#include "widgets/Desktop.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "platform/StopSignals.h"
@@ -17,6 +15,8 @@
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
 #include "shell/VersionRules.h"
+#include "startup/StartupPlaces.h"
+#include "widgets/Desktop.h"
 
 #include <QApplication>
 #include <QDir>
@@ -122,8 +122,9 @@ int main(int argc, char** argv)
     GenMsgBoxes boxes([](int exitStatus) { QCoreApplication::exit(exitStatus); });
     QtTimers timers;
     SystemDesktop desktop;
-    Services services{*registry, boxes, timers, desktop, osUserName()};
-    DesktopProgram program(options, services);
+    Services services{boxes, desktop};
+    Terminal terminal(*registry, timers, osUserName()); // the program's one terminal
+    DesktopProgram program(options, terminal, services);
     QObject::connect(
         &program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });
 

@@ -88,7 +88,7 @@ public:
     {
         qputenv("CORVANE_REGISTRY_DIR", registryDir.path().toLocal8Bit());
         registry = openSystemRegistry();
-        services = std::make_unique<Services>(Services{*registry, boxes, timers, desktop});
+        services = std::make_unique<Services>(Services{boxes, desktop});
     }
     void TearDown() override { qunsetenv("CORVANE_REGISTRY_DIR"); }
 

@@ -37,7 +37,7 @@ public:
     test::ScriptedBoxes boxes;
     test::ManualTimers timers;
     test::ScriptedDesktop desktop;
-    Services services{*plant.registry, boxes, timers, desktop};
+    Services services{boxes, desktop};
     Terminal terminal{*plant.registry, timers, "tester"};
 
     void SetUp() override { plant.folder.useAsStoreRoot(); }
@@ -185,11 +185,10 @@ TEST_F(MainWindow, TheConfigurationsTypingRulesAndWhatSaveAndCancelKeep)
 // and goes on counting down afterwards.
 TEST_F(MainWindow, TheStartUpFormGuardsTheConfiguration)
 {
-    qputenv("CORVANE_REGISTRY_DIR", plant.folder.file("error.log/none").string().c_str());
     plant.folder.write("error.log", "");
-    auto unwritable = openSystemRegistry();
-    Services denied{*unwritable, boxes, timers, desktop};
-    frmCVRemoteStartup second(denied);
+    auto unwritable = openSystemRegistry(QString::fromStdString(plant.folder.file("error.log/none").string()));
+    Terminal denied(*unwritable, timers, "tester");
+    frmCVRemoteStartup second(denied, services);
     second.show();
     second.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();
     EXPECT_EQ(boxes.calls.size(), 1u) << "refused, with no form to hang on";

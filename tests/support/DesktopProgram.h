@@ -68,7 +68,8 @@ public:
     std::optional<int> untrappedEnd;
     GenMsgBoxes boxes{[this](int status) { untrappedEnd = status; }};
     test::ScriptedDesktop desktop;
-    Services services{*plant.registry, boxes, timers, desktop};
+    Services services{boxes, desktop};
+    Terminal terminal{*plant.registry, timers, "tester"};
     std::unique_ptr<DesktopProgram> program;
     std::optional<int> finished;
     bool settleAcksAtOnce = true;
@@ -78,7 +79,7 @@ public:
     // Starts the program as main does, and lets the start-up form go on by itself.
     frmCVRemote& start(ProgramOptions options = {})
     {
-        program = std::make_unique<DesktopProgram>(std::move(options), services);
+        program = std::make_unique<DesktopProgram>(std::move(options), terminal, services);
         QObject::connect(program.get(), &DesktopProgram::finished, [this](int status) { finished = status; });
         // The moment an update looks for late acknowledgements passes at once, unless a test
         // wants the host's surplus to show within it.

@@ -220,7 +220,7 @@ void frmCVRemote::activate()
     Load_Rights_List(rights_, "CVREMOTE");
     if (firstActivation_) {
         firstActivation_ = false;
-        Initial_Login(store_, Get_Last_User(services_.registry), login_, prompts_);
+        Initial_Login(store_, Get_Last_User(terminal_.registry()), login_, prompts_);
         currentUserChanged();
     }
 }
@@ -244,7 +244,7 @@ void frmCVRemote::closeEvent(QCloseEvent* event)
     if (ended_)
         return;
     if (store_.CurrentUser >= 0 && store_.CurrentUser < store_.count())
-        Save_Last_User(services_.registry, store_.users[static_cast<std::size_t>(store_.CurrentUser)].UserName);
+        Save_Last_User(terminal_.registry(), store_.users[static_cast<std::size_t>(store_.CurrentUser)].UserName);
     config_.Save_LastHostIPIndex(session_.hostIndex());
     ended_ = EXIT_SUCCESS;
     Q_EMIT programEnded(EXIT_SUCCESS);

@@ -12,11 +12,12 @@
 
 namespace corvane {
 
-frmCVRemoteStartup::frmCVRemoteStartup(Services& services, QWidget* parent)
+frmCVRemoteStartup::frmCVRemoteStartup(Terminal& terminal, Services& services, QWidget* parent)
     : QMainWindow(parent)
     , ui(std::make_unique<Ui::frmCVRemoteStartup>())
+    , terminal_(terminal)
     , services_(services)
-    , tmrStartup(services.timers.make("tmrStartup", 2500))
+    , tmrStartup(terminal.timers().make("tmrStartup", 2500))
 {
     ui->setupUi(this);
     ui->lblVersion->setText(QStringLiteral("Version ") + QString::fromLatin1(clientVersionText().c_str()));
@@ -68,13 +69,13 @@ void frmCVRemoteStartup::Form_Activate()
 void frmCVRemoteStartup::openConfiguration()
 {
     tmrStartup->stop(); // nobody is carried on past a form they are filling in
-    HostConfiguration config(services_.registry);
+    HostConfiguration config(terminal_.registry());
     config.load();
     if (!config.machineHiveWritable()) {
         services_.boxes.MsgBox(message::insufficientRights(), 0, toLatin1Bytes(QApplication::applicationName()));
     } else {
         // Before anyone has logged in: the record names the program and its account only.
-        frmConfiguration form(config, services_.boxes, ChangeActor{"desktop", services_.osUser, {}, {}}, this);
+        frmConfiguration form(config, services_.boxes, ChangeActor{"desktop", terminal_.osUser(), {}, {}}, this);
         form.exec();
     }
     Form_Activate(); // back at the start-up form, whether or not the window system says so

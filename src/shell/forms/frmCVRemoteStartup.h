@@ -2,6 +2,7 @@
 
 #include "dialogs/Services.h"
 #include "platform/ProgramTimer.h"
+#include "session/Terminal.h"
 
 #include <QMainWindow>
 
@@ -19,7 +20,7 @@ class frmCVRemoteStartup : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit frmCVRemoteStartup(Services& services, QWidget* parent = nullptr);
+    frmCVRemoteStartup(Terminal& terminal, Services& services, QWidget* parent = nullptr);
     ~frmCVRemoteStartup() override;
 
 Q_SIGNALS:
@@ -35,6 +36,7 @@ private:
     void openConfiguration();
 
     std::unique_ptr<Ui::frmCVRemoteStartup> ui;
+    Terminal& terminal_;
     Services& services_;
     std::unique_ptr<ProgramTimer> tmrStartup;
 };
