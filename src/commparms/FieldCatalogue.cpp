@@ -259,32 +259,34 @@ constexpr Look untouched(std::string_view caption)
     return {.caption = caption, .anchor = Editor};
 }
 
-// The catalogue, in wire order. Section 2's host reads its first three keys in another order
-// (the codec knows); EnableRemotePrinting is sent, never taken from the host.
-constexpr auto sentOnly(FieldSpec<Comm> spec)
+// A field the terminal sends but never takes from the host's reply.
+constexpr FieldSpec<Comm> neverTakenFromTheHost(FieldSpec<Comm> spec)
 {
     spec.sentOnly = true;
     return spec;
 }
 
+// The catalogue, in wire order (the host reads the second packet's first three keys in another
+// order, which the codec knows).
 constexpr std::array Rows = {
-    // Section 1: the connection and its serial line.
+    // The first packet: the connection and its serial line.
     row(1, text("wstat_name=", &Comm::wstat_name), typed("WorkstationName", "Connection/Machine", Editor)),
     row(1, i16("Port_No=", &Comm::Port_No), digitsField(storeDigits, "txtCommPort", "Comm Port", Editor, 0, Int16Max)),
-    row(1, i16("Baud=", &Comm::Baud), list(chooseBaud, "BaudRates", "Baud Rate", Communications, BaudCaptions)),
+    row(1, i16("Baud=", &Comm::Baud),
+        list(choose<BaudRates_Click>, "BaudRates", "Baud Rate", Communications, BaudCaptions)),
     row(1, i16("DataType=", &Comm::DataType),
-        options(chooseDataType, "DataType_", "Data Type", Communications, DataTypeCaptions)),
+        options(choose<DataType_Click>, "DataType_", "Data Type", Communications, DataTypeCaptions)),
     row(1, i16("DataBits=", &Comm::DataBits),
         options(storeChoice, "DataBits_", "Data Bits", Communications, DataBitsCaptions)),
     row(1, i16("Parity=", &Comm::Parity), options(storeChoice, "Parity_", "Parity", Communications, ParityCaptions)),
     row(1, i16("StopBits=", &Comm::StopBits),
         options(storeChoice, "StopBits_", "Stop Bits", Communications, StopBitsCaptions)),
     row(1, i16("SpecificProtocol=", &Comm::SpecificProtocol),
-        list(chooseProtocol, "SpecificProtocols", "Protocol", Communications, ProtocolCaptions)),
+        list(choose<SpecificProtocols_Click>, "SpecificProtocols", "Protocol", Communications, ProtocolCaptions)),
     row(1, i16("EobConversion=", &Comm::EobConversion),
-        list(chooseEndOfBlock, "EndofBlock", "End of Block", Communications, EndOfBlockCaptions)),
+        list(choose<EndofBlock_Click>, "EndofBlock", "End of Block", Communications, EndOfBlockCaptions)),
     row(1, i16("Handshaking=", &Comm::Handshaking),
-        options(chooseHandshake, "Handshake_", "Handshake", Communications, HandshakeCaptions, handshakeFrame)),
+        options(choose<Handshake_Click>, "Handshake_", "Handshake", Communications, HandshakeCaptions, handshakeFrame)),
     row(1, i16("Machine_Unique_Id=", &Comm::Machine_Unique_Id),
         {.control = Control::List,
             .edit = chooseMachineType,
@@ -294,13 +296,14 @@ constexpr std::array Rows = {
             .highest = Int16Max}),
     row(1, i16("Machine_Category_Id=", &Comm::Machine_Category_Id), untouched("Machine category")),
 
-    // Section 2: remote requests.
+    // The second packet: remote requests.
     row(2, fixed("ProgQualifier=", &Comm::ProgQualifier, 10),
         typed("ProgQualifier", "NC Program Qualifier String", Requests, nullptr, 10)),
     row(2, text("ContinuousFeedString=", &Comm::ContinuousFeedString),
         typed("ContinuousFeedString", "Continuous Feed String", Requests)),
     row(2, fixed("RequestCode=", &Comm::RequestCode, 1), typed("RequestCode", "Request Code", Requests, nullptr, 1)),
-    row(2, i16("Remote_Req=", &Comm::Remote_Req), list(chooseKeyPad, "KeyPad", "Key Pad", Requests, KeyPadCaptions)),
+    row(2, i16("Remote_Req=", &Comm::Remote_Req),
+        list(choose<KeyPad_Click>, "KeyPad", "Key Pad", Requests, KeyPadCaptions)),
     row(2, i16("RedirectCode=", &Comm::RedirectCode),
         {.control = Control::Text,
             .edit = changeRedirectCode,
@@ -314,7 +317,7 @@ constexpr std::array Rows = {
     row(2, text("FileNotFoundMessage=", &Comm::FileNotFoundMessage),
         typed("txtFileNotFoundMsg", "File Not Found Message text", Requests)),
 
-    // Section 3: receiving, compression, sending, the outgoing header and remote printing.
+    // The third packet: receiving, compression, sending, the outgoing header and remote printing.
     row(3, i16("CompressComment=", &Comm::CompressComment), check("Comment", "Compress Comments", Options)),
     row(3, i16("CompressLineNumber=", &Comm::CompressLineNumber), check("LineNums", "Compress Line Numbers", Options)),
     row(3, i16("CompressTab=", &Comm::CompressTab), check("Tabs", "Compress Tabs", Options)),
@@ -358,11 +361,11 @@ constexpr std::array Rows = {
         ascii("txtOutHdrVal5", "End of Outgoing Header 5", Options, outgoingHeader)),
     row(3, i16("OutHdrVal6=", &Comm::OutHdrVal6),
         ascii("txtOutHdrVal6", "End of Outgoing Header 6", Options, outgoingHeader)),
-    row(3, sentOnly(flag("EnableRemotePrinting=", &Comm::EnableRemotePrinting)),
+    row(3, neverTakenFromTheHost(flag("EnableRemotePrinting=", &Comm::EnableRemotePrinting)),
         check("chkEnableRemotePrint", "Enable Remote Printing", Options)),
     row(3, text("PrinterPort=", &Comm::PrinterPort), typed("cbPrinter", "Remote printer", Options)),
 
-    // Section 4: start and end strings.
+    // The fourth packet: start and end strings.
     row(4, i16("StStr=", &Comm::StStr), ascii("StartChar", "Start Char", Strings)),
     row(4, i16("StAmt=", &Comm::StAmt),
         digitsField(storeDigits, "StartAmt", "Start Char occurrence", Strings, 0, Int16Max)),
@@ -386,13 +389,13 @@ constexpr std::array Rows = {
     row(4, i16("VarEndStr7=", &Comm::VarEndStr7), ascii("EndStrVal_7", "End String 7", Strings)),
     row(4, i16("VarEndStr8=", &Comm::VarEndStr8), ascii("EndStrVal_8", "End String 8", Strings)),
 
-    // Section 5: the confirmation file.
+    // The fifth packet: the confirmation file.
     row(5, flag("SendConfirmFile=", &Comm::SendConfirmFile),
         check("ckSendConfirmFile", "Send Confirmation File After Receive", Requests)),
     row(5, text("ConfirmHeader=", &Comm::ConfirmHeader), typed("txtConfirmHeader", "Confirmation Header", Requests)),
     row(5, text("ConfirmFooter=", &Comm::ConfirmFooter), typed("txtConfirmFooter", "Confirmation Footer", Requests)),
 
-    // Section 6: data collection.
+    // The sixth packet: data collection.
     row(6, i16("ExtractData=", &Dc::ExtractData),
         check("chkExtractData", "Extract Data From Incoming Stream", Collection)),
     row(6, i16("DataStreamOption=", &Dc::DataStreamOption),

@@ -10,9 +10,6 @@
 namespace corvane {
 namespace {
 
-// What the user does to a control: the form is up, no record is being shown.
-constexpr EditorFlags ByTheUser{true, false, false};
-
 std::string quoted(std::string_view name, std::string_view value)
 {
     return std::string(name) + " does not take \"" + std::string(value) + "\"";
@@ -21,17 +18,6 @@ std::string quoted(std::string_view name, std::string_view value)
 [[noreturn]] void refuse(const FieldEditing& e, std::string_view value, std::string_view why)
 {
     throw FieldRefused{quoted(e.row.name, value) + ": " + std::string(why)};
-}
-
-std::int16_t choice(const FieldEditing& e, std::string_view value)
-{
-    try {
-        const std::int16_t code = textToInt16(value);
-        if (code >= e.row.lowest && code <= e.row.highest)
-            return code;
-    } catch (const RunTimeError&) {
-    }
-    refuse(e, value, "it takes " + std::to_string(e.row.lowest) + " to " + std::to_string(e.row.highest));
 }
 
 bool ticked(const FieldEditing& e, std::string_view value)
@@ -59,45 +45,26 @@ void store(FieldEditing& e, const FieldValue& value)
 
 namespace field_rules {
 
+std::int16_t choiceCode(const FieldEditing& e, std::string_view value)
+{
+    try {
+        const std::int16_t code = textToInt16(value);
+        if (code >= e.row.lowest && code <= e.row.highest)
+            return code;
+    } catch (const RunTimeError&) {
+    }
+    refuse(e, value, "it takes " + std::to_string(e.row.lowest) + " to " + std::to_string(e.row.highest));
+}
+
 RuleOutcome storeChoice(FieldEditing& e, std::string_view value)
 {
-    store(e, std::int64_t{choice(e, value)});
+    store(e, std::int64_t{choiceCode(e, value)});
     return {};
-}
-
-RuleOutcome chooseBaud(FieldEditing& e, std::string_view value)
-{
-    return BaudRates_Click(e.p, choice(e, value), ByTheUser);
-}
-
-RuleOutcome chooseProtocol(FieldEditing& e, std::string_view value)
-{
-    return SpecificProtocols_Click(e.p, choice(e, value), ByTheUser);
-}
-
-RuleOutcome chooseEndOfBlock(FieldEditing& e, std::string_view value)
-{
-    return EndofBlock_Click(e.p, choice(e, value), ByTheUser);
-}
-
-RuleOutcome chooseDataType(FieldEditing& e, std::string_view value)
-{
-    return DataType_Click(e.p, choice(e, value), ByTheUser);
-}
-
-RuleOutcome chooseHandshake(FieldEditing& e, std::string_view value)
-{
-    return Handshake_Click(e.p, choice(e, value), ByTheUser);
-}
-
-RuleOutcome chooseKeyPad(FieldEditing& e, std::string_view value)
-{
-    return KeyPad_Click(e.p, choice(e, value), ByTheUser);
 }
 
 RuleOutcome chooseMachineType(FieldEditing& e, std::string_view value)
 {
-    const std::int16_t id = choice(e, value);
+    const std::int16_t id = choiceCode(e, value);
     if (std::none_of(e.machineTypes.begin(), e.machineTypes.end(),
             [id](const MachineTypeRecord& t) { return t.unique_id == id; }))
         refuse(e, value, "the host lists no machine type with that identifier");
@@ -107,7 +74,7 @@ RuleOutcome chooseMachineType(FieldEditing& e, std::string_view value)
 
 RuleOutcome changeRedirectCode(FieldEditing& e, std::string_view value)
 {
-    const std::int16_t code = choice(e, value);
+    const std::int16_t code = choiceCode(e, value);
     RedirectCode_Change(e.p, code == 0 ? std::string() : std::string(1, static_cast<char>(code)));
     return {};
 }

@@ -9,12 +9,17 @@ namespace corvane::field_rules {
 
 // Lists and option groups: a code in the row's range, stored, or through the control's own rule.
 RuleOutcome storeChoice(FieldEditing& e, std::string_view value);
-RuleOutcome chooseBaud(FieldEditing& e, std::string_view value);
-RuleOutcome chooseProtocol(FieldEditing& e, std::string_view value);
-RuleOutcome chooseEndOfBlock(FieldEditing& e, std::string_view value);
-RuleOutcome chooseDataType(FieldEditing& e, std::string_view value);
-RuleOutcome chooseHandshake(FieldEditing& e, std::string_view value);
-RuleOutcome chooseKeyPad(FieldEditing& e, std::string_view value);
+// A code in the row's range; any other value is refused.
+std::int16_t choiceCode(const FieldEditing& e, std::string_view value);
+// What the user does to a control: the form is up, no record is being shown.
+inline constexpr EditorFlags ByTheUser{true, false, false};
+// A list or option group whose click has a rule of its own (the baud rate, the protocol, ...):
+// the code through that rule, as the user's click runs it.
+template <RuleOutcome (*Click)(PortCommParms&, std::int16_t, const EditorFlags&)>
+RuleOutcome choose(FieldEditing& e, std::string_view value)
+{
+    return Click(e.p, choiceCode(e, value), ByTheUser);
+}
 RuleOutcome chooseMachineType(FieldEditing& e, std::string_view value);
 RuleOutcome changeRedirectCode(FieldEditing& e, std::string_view value);
 

@@ -4,6 +4,9 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <functional>
+#include <map>
+#include <string>
 #include <tuple>
 
 namespace corvane {
@@ -77,15 +80,14 @@ DateTimeFormat dateTimeFormatFor(std::string_view localeName)
     return {"M/d/yyyy", "h:mm:ss tt"};
 }
 
+// One format per locale the program has been set to, each made once and kept, so that a caller
+// may tell a changed locale by the format's address alone.
 const DateTimeFormat& systemDateTimeFormat()
 {
-    static std::string locale;
-    static DateTimeFormat format = dateTimeFormatFor("C");
-    if (const std::string& wanted = programPlaces().timeLocale; wanted != locale) {
-        locale = wanted;
-        format = dateTimeFormatFor(locale);
-    }
-    return format;
+    static std::map<std::string, DateTimeFormat, std::less<>> formats;
+    const std::string& locale = programPlaces().timeLocale;
+    const auto found = formats.find(locale);
+    return found != formats.end() ? found->second : formats.emplace(locale, dateTimeFormatFor(locale)).first->second;
 }
 
 std::string generalDateText(const DateTime& moment, const DateTimeFormat& format)
@@ -100,15 +102,14 @@ std::string generalDateText(const DateTime& moment, const DateTimeFormat& format
 std::string generalDateText(const DateTime& moment)
 {
     static DateTime last{-1};
-    static std::string lastPattern;
+    static const DateTimeFormat* lastFormat = nullptr;
     static std::string text;
     const auto key = [](const DateTime& m) { return std::tie(m.year, m.month, m.day, m.hour, m.minute, m.second); };
     const DateTimeFormat& format = systemDateTimeFormat();
-    const std::string pattern = format.datePattern + ' ' + format.timePattern;
-    if (key(moment) != key(last) || pattern != lastPattern) {
+    if (key(moment) != key(last) || &format != lastFormat) {
         text = generalDateText(moment, format);
         last = moment;
-        lastPattern = pattern;
+        lastFormat = &format;
     }
     return text;
 }
@@ -126,6 +127,5 @@ DateTime now()
 #endif
     return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
 }
-
 
 } // namespace corvane

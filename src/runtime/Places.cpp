@@ -17,7 +17,7 @@ std::string strippedOfSeparator(std::string folder)
     return folder;
 }
 
-std::string setValue(const EnvironmentLookup& environment, const char* name)
+std::string variable(const EnvironmentLookup& environment, const char* name)
 {
     const std::optional<std::string> value = environment(name);
     return value ? *value : std::string();
@@ -34,9 +34,9 @@ std::string writableFolder(const std::string& folder, const EnvironmentLookup& e
         && ::access(folder.c_str(), W_OK) == 0)
         return folder;
     std::string own;
-    if (const std::string state = setValue(environment, "XDG_STATE_HOME"); !state.empty())
+    if (const std::string state = variable(environment, "XDG_STATE_HOME"); !state.empty())
         own = state + "/corvane-remote";
-    else if (const std::string home = setValue(environment, "HOME"); !home.empty())
+    else if (const std::string home = variable(environment, "HOME"); !home.empty())
         own = home + "/.local/state/corvane-remote";
     std::error_code ec;
     if (!own.empty() && (std::filesystem::create_directories(own, ec) || std::filesystem::is_directory(own, ec)))
@@ -58,12 +58,12 @@ std::string chooseStorePlace(const std::string& newPlace, const std::string& old
 Places placesFor(const EnvironmentLookup& environment, const std::string& executableFolder)
 {
     Places places;
-    if (const std::string dir = setValue(environment, "CORVANE_PROGRAM_DIR"); !dir.empty())
+    if (const std::string dir = variable(environment, "CORVANE_PROGRAM_DIR"); !dir.empty())
         places.programFolder = strippedOfSeparator(dir);
     else
         places.programFolder = writableFolder(strippedOfSeparator(executableFolder), environment);
 
-    if (const std::string root = setValue(environment, "CORVANE_ROOT"); !root.empty()) {
+    if (const std::string root = variable(environment, "CORVANE_ROOT"); !root.empty()) {
         const std::string base = strippedOfSeparator(root);
 #ifdef _WIN32
         places.storeFile = base + "\\BRELLWICK\\BWKXBIDS.DAT";
@@ -78,9 +78,9 @@ Places placesFor(const EnvironmentLookup& environment, const std::string& execut
 #endif
     }
 
-    places.registryFolder = setValue(environment, "CORVANE_REGISTRY_DIR");
-    for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"})
-        if (const std::string locale = setValue(environment, variable); !locale.empty()) {
+    places.registryFolder = variable(environment, "CORVANE_REGISTRY_DIR");
+    for (const char* name : {"LC_ALL", "LC_TIME", "LANG"})
+        if (const std::string locale = variable(environment, name); !locale.empty()) {
             places.timeLocale = locale;
             break;
         }

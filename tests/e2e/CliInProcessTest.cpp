@@ -13,8 +13,6 @@
 #include "support/SimulatedPlant.h"
 #include "support/Wait.h"
 
-#include <QAbstractEventDispatcher>
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -146,13 +144,7 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
         // The moment an update looks for late acknowledgements passes once nothing else is to be
         // done, except where the host's surplus is to show within it.
         if (c.updateStatus == 0)
-            QObject::connect(
-                QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &plant.host, [&clock] {
-                    if (clock.running("tmrAckSettle"))
-                        QMetaObject::invokeMethod(
-                            QCoreApplication::instance(), [&clock] { clock.fireIfRunning("tmrAckSettle"); },
-                            Qt::QueuedConnection);
-                });
+            clock.tickWhenIdle("tmrAckSettle", &plant.host);
 
         const ClientRun fetched = runClient(plant, clock, "--json get-parms 9");
         ASSERT_EQ(fetched.status, 0) << fetched.err.toStdString();

@@ -8,10 +8,10 @@
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
 
+#include <QAbstractEventDispatcher>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTabWidget>
-#include <QAbstractEventDispatcher>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -83,12 +83,7 @@ public:
         QObject::connect(program.get(), &DesktopProgram::finished, [this](int status) { finished = status; });
         // The moment an update looks for late acknowledgements passes at once, unless a test
         // wants the host's surplus to show within it.
-        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, program.get(),
-            [this] {
-                if (settleAcksAtOnce && timers.running("tmrAckSettle"))
-                    QMetaObject::invokeMethod(
-                        program.get(), [this] { timers.fireIfRunning("tmrAckSettle"); }, Qt::QueuedConnection);
-            });
+        timers.tickWhenIdle("tmrAckSettle", program.get(), [this] { return settleAcksAtOnce; });
         program->start();
         EXPECT_TRUE(timers["tmrStartup"].isActive()) << "shown is enough; no activation needed";
         timers.fire("tmrStartup");

@@ -2,8 +2,10 @@
 
 #include "platform/ProgramTimer.h"
 
+#include <QAbstractEventDispatcher>
 #include <QPointer>
 
+#include <functional>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -93,6 +95,19 @@ public:
         const auto found = timers_.find(name);
         if (found != timers_.end() && found->second && found->second->isActive())
             found->second->fire();
+    }
+
+    // While `context` lives, a running timer of this name ticks once the program has nothing else to
+    // do (an update's look for late acknowledgements, say), as long as `wanted` holds.
+    void tickWhenIdle(
+        const std::string& name, QObject* context, std::function<bool()> wanted = [] { return true; })
+    {
+        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, context,
+            [this, name, context, wanted] {
+                if (wanted() && running(name))
+                    QMetaObject::invokeMethod(
+                        context, [this, name] { fireIfRunning(name); }, Qt::QueuedConnection);
+            });
     }
 
     // Timers of this name, made now or later, tick whenever the program is free to see them.
