@@ -19,7 +19,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -278,8 +277,6 @@ TEST_F(Cli, PasswordsComeFromAFileOnlyItsOwnerMayRead)
     EXPECT_TRUE(seen.err.contains(QStringLiteral("can be seen by every user"))) << seen.err.toStdString();
 }
 
-// Text from the host reaches a terminal with its control characters spelt out: no host can
-// clear the screen, ring the bell or forge a line.
 // A reader that has gone before the client writes (`| head` done) ends it quietly, as the pipe's
 // signal ends any command: status 141, nothing said.
 TEST_F(Cli, AReaderThatHasGoneEndsTheClientQuietly)
@@ -299,6 +296,8 @@ TEST_F(Cli, AReaderThatHasGoneEndsTheClientQuietly)
     EXPECT_EQ(process.readAllStandardError(), QByteArray());
 }
 
+// Text from the host reaches a terminal with its control characters spelt out: no host can
+// clear the screen, ring the bell or forge a line.
 TEST_F(Cli, TheHostsTextIsShownNotObeyed)
 {
     plant.host.plant().status[0].WorkstationName = "LATHE\x1b[2J\x07\nPORT 99";
@@ -348,29 +347,6 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
     EXPECT_EQ(supervisor("", "--yes users passwd supervisor --new-password boss").exitCode, 0);
     // A password piped in is in no command line; it is stored trimmed, as the form stores it.
     EXPECT_EQ(supervisor("boss", "--yes users passwd jones", " Jw9 \n").exitCode, 0);
-
-    // The store is put in place whole, a new file with the old one's mode; a link planted where
-    // the store is gets the runtime's error, and what it points to is as it was.
-    const auto storePath = plant.folder.file("BRELLWICK/BWKXBIDS.DAT");
-    const auto stored = plant.folder.file("BRELLWICK/elsewhere.DAT");
-    std::filesystem::permissions(storePath, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write
-            | std::filesystem::perms::group_read | std::filesystem::perms::group_write);
-    struct stat first { };
-    ASSERT_EQ(::stat(storePath.c_str(), &first), 0);
-    EXPECT_EQ(supervisor("boss", "users grant jones all").exitCode, 0);
-    struct stat second { };
-    ASSERT_EQ(::stat(storePath.c_str(), &second), 0);
-    EXPECT_NE(second.st_ino, first.st_ino) << "a new file, renamed into place";
-    EXPECT_EQ(second.st_mode & 07777, 0660u);
-    std::filesystem::rename(storePath, stored);
-    std::filesystem::create_symlink(stored, storePath);
-    const std::string before = plant.folder.read("BRELLWICK/elsewhere.DAT");
-    const Outcome unwritable = supervisor("boss", "users revoke jones all");
-    EXPECT_EQ(unwritable.exitCode, 6);
-    EXPECT_TRUE(unwritable.err.contains(QStringLiteral("\nRun-time error '75':\n"))) << unwritable.err.toStdString();
-    EXPECT_EQ(plant.folder.read("BRELLWICK/elsewhere.DAT"), before);
-    std::filesystem::remove(storePath);
-    std::filesystem::rename(stored, storePath);
 
     const std::pair<const char*, int> cases[] = {
         {"get-parms 3", 5}, // the guest
