@@ -5,7 +5,7 @@
 // types, which wait out its pause between packets: the figures are the terminal's own.
 #include "hostsim/HostSimulator.h"
 #include "platform/Registry.h"
-#include "runtime/ProgramSetting.h"
+#include "runtime/Places.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
 #include "session/HostConfiguration.h"
@@ -27,14 +27,14 @@ class ScratchTerminal {
 public:
     QTemporaryDir folder;
     hostsim::HostSimulator host;
-    ProgramSetting setting{placesIn(folder)};
+    Places places = placesIn(folder);
 
     ScratchTerminal()
     {
         // The programs the benchmark starts find the same folder through the environment.
         for (const char* name : {"CORVANE_REGISTRY_DIR", "CORVANE_PROGRAM_DIR", "CORVANE_ROOT"})
             qputenv(name, folder.path().toLocal8Bit());
-        createFirstUserStore(userStorePath());
+        createFirstUserStore(places.storeFile);
         host.announceMachineTypes = false;
         host.listen();
         auto registry = openSystemRegistry(folder.path());

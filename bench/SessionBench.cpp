@@ -12,7 +12,7 @@
 #include "protocol/Framing.h"
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Requests.h"
-#include "runtime/ProgramSetting.h"
+#include "runtime/Logs.h"
 #include "session/HostConfiguration.h"
 #include "session/HostSession.h"
 
@@ -48,9 +48,7 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     QTemporaryDir scratch;
-    Places places;
-    places.programFolder = scratch.path().toStdString();
-    const ProgramSetting setting(places);
+    Logs logs(scratch.path().toStdString());
     auto registry = openSystemRegistry(scratch.path());
     HostConfiguration config(*registry);
     config.load();
@@ -70,7 +68,7 @@ int main(int argc, char** argv)
         bareHost.announceMachineTypes = false;
         bareHost.listen();
         BareTerminal bare;
-        HostSession session(config, ui, timers);
+        HostSession session(config, ui, timers, logs);
         const std::vector<std::string> connectRequests = {Build_Version_Request(), Build_Status_Request()};
         compare(
             "connect -> version -> status -> 128 rows filled", Runs,
@@ -93,7 +91,7 @@ int main(int argc, char** argv)
         hostsim::HostSimulator bareHost;
         bareHost.announceMachineTypes = false;
         bareHost.listen();
-        HostSession session(config, ui, timers);
+        HostSession session(config, ui, timers, logs);
         session.Command1_Click(QStringLiteral("127.0.0.1"));
         runUntil([&] { return !session.portStatus()[127].WorkstationName.empty(); });
         BareTerminal bare(bareHost.port());
@@ -146,7 +144,7 @@ int main(int argc, char** argv)
 
     host.faults.silent = true;
     {
-        HostSession session(config, ui, timers);
+        HostSession session(config, ui, timers, logs);
         const double cpuBefore = cpuSeconds();
         QElapsedTimer clock;
         clock.start();

@@ -13,7 +13,8 @@
 #include <unistd.h>
 
 #include "runtime/DateTimeText.h"
-#include "runtime/ProgramSetting.h"
+#include "protocol/PacketErrorLog.h"
+#include "runtime/Logs.h"
 #include "runtime/ErrorLog.h"
 
 namespace corvane::fuzz {
@@ -38,10 +39,7 @@ inline std::vector<std::string_view> chunks(std::string_view input)
 }
 
 // A folder for the files a target reads and writes (the user store, the settings, the save
-// folder's probe): on a RAM disk where there is one, made once and the program's places for the
-// run (the user store under it, the logs in it). The logs' lines are built as ever, at a fixed moment, but not
-// written: a fuzzed packet can cost hundreds of them, and writing and rotating the logs is the
-// tests' business. So a run reaches its millions of inputs.
+// folder's probe): on a RAM disk where there is one, made once for the run.
 inline const std::filesystem::path& scratchFolder()
 {
     static const std::filesystem::path folder = [] {
@@ -49,12 +47,6 @@ inline const std::filesystem::path& scratchFolder()
         const auto base = std::filesystem::is_directory(shm) ? shm : std::filesystem::temp_directory_path();
         auto path = base / ("corvane-fuzz-" + std::to_string(static_cast<unsigned long>(::getpid())));
         std::filesystem::create_directories(path / "BRELLWICK");
-        Places places;
-        places.programFolder = path.string();
-        places.storeFile = (path / "BRELLWICK" / "BWKXBIDS.DAT").string();
-        static const ProgramSetting setting(
-            places, [] { return DateTime{2026, 11, 15, 2, 16, 36}; },
-            [](const std::string&, std::string_view) { return 0; });
         return path;
     }();
     // Registered once the path is whole, so at exit it runs before the path is destroyed.
@@ -66,6 +58,30 @@ inline const std::filesystem::path& scratchFolder()
         return true;
     }();
     return folder;
+}
+
+// The user store's place in the folder.
+inline std::string storePath()
+{
+    return (scratchFolder() / "BRELLWICK" / "BWKXBIDS.DAT").string();
+}
+
+// The logs of the run, in the folder. Their lines are built as ever, at a fixed moment, but not
+// written: a fuzzed packet can cost hundreds of them, and writing and rotating the logs is the
+// tests' business. So a run reaches its millions of inputs.
+inline Logs& logs()
+{
+    static Logs logs(
+        scratchFolder().string(), [] { return DateTime{2026, 11, 15, 2, 16, 36}; }, "C",
+        [](const std::string&, std::string_view) { return 0; });
+    return logs;
+}
+
+// The codec's faults, to the packet log of the run.
+inline const PacketFaults& packetFaults()
+{
+    static const PacketFaults faults = packetLogOf(logs());
+    return faults;
 }
 
 } // namespace corvane::fuzz

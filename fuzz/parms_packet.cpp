@@ -35,9 +35,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tables.resize();
     std::int16_t port = 0, section = 0;
     try {
-        Extract_Port_Parms_Packet(packet, tables);
-        port = textToInt16(Get_Packet_Field(packet, "Port="));
-        section = textToInt16(Get_Packet_Field(packet, "SECTION="));
+        Extract_Port_Parms_Packet(packet, tables, fuzz::packetFaults());
+        port = textToInt16(Get_Packet_Field(packet, "Port=", fuzz::packetFaults()));
+        section = textToInt16(Get_Packet_Field(packet, "SECTION=", fuzz::packetFaults()));
     } catch (const RunTimeError&) {
         return 0; // the dispatch's trap takes it; the packet is dropped
     }
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::string first = Build_Port_Parms_Packet(section, port, tables, PacketSide::Host).substr(1);
         PortParmsTables again;
         again.resize();
-        Extract_Port_Parms_Packet(first, again);
+        Extract_Port_Parms_Packet(first, again, fuzz::packetFaults());
         const std::string second = Build_Port_Parms_Packet(section, port, again, PacketSide::Host).substr(1);
         if (first != second && !holdsKeyText(tables, port))
             std::abort();

@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::vector<PortStatusRecord> status(128);
     try {
-        Extract_Status_Packet(packet, status);
+        Extract_Status_Packet(packet, status, fuzz::packetFaults());
     } catch (const RunTimeError&) {
     }
     if (status.size() != 128)
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<MachineTypeRecord> types(3);
     std::int16_t count = 3;
     try {
-        Extract_Machine_Types(packet, types, count);
+        Extract_Machine_Types(packet, types, count, fuzz::packetFaults());
     } catch (const RunTimeError& e) {
         // Refused before anything was allocated, or failed part way with the count set.
         if (e.number() == err::Overflow && types.size() == 3 && count == 3)

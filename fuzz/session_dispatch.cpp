@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static Terminal terminal;
     // A session of its own for every input: what one input leaves behind cannot mask the next.
-    HostSession session(*terminal.config, terminal.ui, terminal.timers);
+    HostSession session(*terminal.config, terminal.ui, terminal.timers, fuzz::logs());
     for (const std::string_view chunk : fuzz::chunks(fuzz::text(data, size)))
         session.Process_Received_Socket_Packet(std::string(chunk));
     if (session.portStatus().size() != static_cast<std::size_t>(GridRows))

@@ -12,13 +12,13 @@ using namespace corvane;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fuzz::scratchFolder();
-    const std::string path = userStorePath();
+    const std::string path = fuzz::storePath();
     {
         std::ofstream out(path, std::ios::binary | std::ios::trunc);
         out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     }
-    UserStore store;
-    if (loadUserStore(store) != StoreLoad::Loaded)
+    UserStore store(path);
+    if (loadUserStore(store, fuzz::logs()) != StoreLoad::Loaded)
         return 0;
     if (store.users.size() != size / UserRecordLength)
         std::abort();

@@ -9,7 +9,7 @@
 
 namespace corvane {
 
-bool Demo::start(const Places& places, QString& error)
+bool Demo::start(Places& places, QString& error)
 {
     if (!folder_.isValid()) {
         error = QStringLiteral("no temporary folder: ") + folder_.errorString();
@@ -18,14 +18,12 @@ bool Demo::start(const Places& places, QString& error)
     const QDir root(folder_.path());
     for (const char* sub : {"store", "registry", "program"})
         root.mkpath(QString::fromLatin1(sub));
-    Places demo = places;
-    demo.storeFile = root.filePath(QStringLiteral("store/BWKXBIDS.DAT")).toStdString();
-    demo.registryFolder = root.filePath(QStringLiteral("registry")).toStdString();
-    demo.programFolder = root.filePath(QStringLiteral("program")).toStdString();
-    setting_ = std::make_unique<ProgramSetting>(std::move(demo));
+    places.storeFile = root.filePath(QStringLiteral("store/BWKXBIDS.DAT")).toStdString();
+    places.registryFolder = root.filePath(QStringLiteral("registry")).toStdString();
+    places.programFolder = root.filePath(QStringLiteral("program")).toStdString();
 
     try {
-        createFirstUserStore(userStorePath());
+        createFirstUserStore(places.storeFile);
     } catch (const std::exception& e) {
         error = QStringLiteral("no demo user store: ") + QString::fromLatin1(e.what());
         return false;
@@ -39,7 +37,7 @@ bool Demo::start(const Places& places, QString& error)
     host_->setPushStatusInterval(2000); // byte counts move while you watch
 
     // Host 1 is the simulator; host 2 shows what a host that is not set up says.
-    auto registry = openSystemRegistry(QString::fromStdString(setting_->places().registryFolder));
+    auto registry = openSystemRegistry(QString::fromStdString(places.registryFolder));
     HostConfiguration hosts(*registry);
     hosts.load();
     hosts.HostNames[1] = QStringLiteral("Demo Host (simulated)");
@@ -49,7 +47,7 @@ bool Demo::start(const Places& places, QString& error)
     hosts.HostIPs[2] = QStringLiteral("Undefined");
     if (!hosts.saveHost(1) || !hosts.saveHost(2)) {
         error = QStringLiteral("the demo's settings cannot be written in ")
-            + QString::fromStdString(setting_->places().registryFolder);
+            + QString::fromStdString(places.registryFolder);
         return false;
     }
     return true;

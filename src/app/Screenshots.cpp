@@ -61,7 +61,8 @@ void Screenshots::mainShown(frmCVRemote& main)
             poll->stop();
             QTimer::singleShot(SettleMs, &main, [this, &main] {
                 save(main, "main.png");
-                frmConfiguration form(main.configuration(), services_.boxes, main.session().changeActor(), &main);
+                frmConfiguration form(
+                    main.configuration(), main.terminal().logs(), services_.boxes, main.session().changeActor(), &main);
                 form.show();
                 settle();
                 save(form, "configuration.png");

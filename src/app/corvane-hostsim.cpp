@@ -1,7 +1,5 @@
 // A simulated DNC host for the demo, training rooms and tests: corvane-hostsim --port 49140
-#include "startup/StartupPlaces.h"
 #include "hostsim/HostSimulator.h"
-#include "runtime/ProgramSetting.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -32,9 +30,6 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("corvane-hostsim"));
-    // Its packet faults are logged where the programs log theirs.
-    const corvane::ProgramSetting setting(
-        corvane::placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(

@@ -5,7 +5,7 @@
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "runtime/NoCoreDumps.h"
-#include "runtime/ProgramSetting.h"
+#include "runtime/Places.h"
 
 #include <QCoreApplication>
 
@@ -18,8 +18,7 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     corvane::keepSecretsOutOfCoreDumps(); // before the user store or any password is read
     QCoreApplication::setApplicationName(QStringLiteral("Corvane Remote"));
-    const corvane::ProgramSetting setting(
-        corvane::placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
+    corvane::Places places = corvane::placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString());
     try {
         // The password a script may leave in the environment, for when no other is given.
         std::optional<QString> environmentPassword;
@@ -28,9 +27,9 @@ int main(int argc, char** argv)
         corvane::cli::Options options
             = corvane::cli::parseOptions(QCoreApplication::arguments(), std::move(environmentPassword));
         const std::unique_ptr<corvane::Registry> registry
-            = corvane::openSystemRegistry(QString::fromStdString(setting.places().registryFolder));
+            = corvane::openSystemRegistry(QString::fromStdString(places.registryFolder));
         corvane::QtTimers clock;
-        corvane::Terminal terminal(*registry, clock, corvane::osUserName());
+        corvane::Terminal terminal(*registry, clock, corvane::osUserName(), std::move(places));
         corvane::cli::Client client(std::move(options), terminal);
         return client.run();
     } catch (const corvane::cli::UsageError& e) {

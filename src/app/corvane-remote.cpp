@@ -10,7 +10,7 @@
 #include "platform/Registry.h"
 #include "platform/StopSignals.h"
 #include "runtime/NoCoreDumps.h"
-#include "runtime/ProgramSetting.h"
+#include "runtime/Places.h"
 #include "runtime/RunTimeError.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
@@ -71,16 +71,16 @@ int main(int argc, char** argv)
     const ProgramOptions& options = parsed.options;
     if (options.help) {
         const QCoreApplication core(argc, argv); // where the program lies, for its help page
-        const ProgramSetting setting(placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
+        const Places places = placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString());
         std::printf("%s", qPrintable(programHelpText()));
-        const QStringList pages = programHelpCandidates();
+        const QStringList pages = programHelpCandidates(places.programFolder);
         const auto found
             = std::find_if(pages.begin(), pages.end(), [](const QString& p) { return QFileInfo::exists(p); });
         std::printf("\nHelp page (F1): %s\nLogs: %s\nUser store: %s\n",
             qPrintable(found != pages.end()
                     ? QDir::toNativeSeparators(*found)
                     : QStringLiteral("missing (looked for %1)").arg(pages.join(QLatin1String(", ")))),
-            programFolder().c_str(), userStorePath().c_str());
+            places.programFolder.c_str(), places.storeFile.c_str());
         return 0;
     }
     if (options.version) {
@@ -89,8 +89,8 @@ int main(int argc, char** argv)
     }
     if (options.createUserStore) {
         const QCoreApplication core(argc, argv);
-        const ProgramSetting setting(placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()));
-        return createFirstUserStoreCommand("corvane-remote");
+        return createFirstUserStoreCommand(
+            "corvane-remote", placesFromEnvironment(QCoreApplication::applicationDirPath().toStdString()).storeFile);
     }
 
     if (!hasDisplay()) {
@@ -107,23 +107,23 @@ int main(int argc, char** argv)
 
     QApplication app(argc, argv);
     keepSecretsOutOfCoreDumps(); // before the user store or any password is read
-    const ProgramSetting setting(placesFromEnvironment(QApplication::applicationDirPath().toStdString()));
+    Places places = placesFromEnvironment(QApplication::applicationDirPath().toStdString());
 
     Demo demoHost;
     if (options.demo) {
         QString error;
-        if (!demoHost.start(setting.places(), error)) {
+        if (!demoHost.start(places, error)) {
             std::fprintf(stderr, "corvane-remote: the demo could not start: %s\n", qPrintable(error));
             return 1;
         }
     }
 
-    auto registry = openSystemRegistry(QString::fromStdString(programPlaces().registryFolder));
+    auto registry = openSystemRegistry(QString::fromStdString(places.registryFolder));
     GenMsgBoxes boxes([](int exitStatus) { QCoreApplication::exit(exitStatus); });
     QtTimers timers;
     SystemDesktop desktop;
     Services services{boxes, desktop};
-    Terminal terminal(*registry, timers, osUserName()); // the program's one terminal
+    Terminal terminal(*registry, timers, osUserName(), std::move(places)); // the program's one terminal
     DesktopProgram program(options, terminal, services);
     QObject::connect(
         &program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });

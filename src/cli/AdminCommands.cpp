@@ -31,7 +31,7 @@ std::optional<QString> takeOption(QStringList& args, const QString& option)
 
 void saveSettings(Client& client)
 {
-    if (!saveConfiguration(client.configuration(), client.session().changeActor())) {
+    if (!saveConfiguration(client.configuration(), client.logs(), client.session().changeActor())) {
         client.say(message::insufficientRights());
         Client::end(AccessRefused);
     }
@@ -314,7 +314,7 @@ int initStore(Client& client)
 {
     if (!client.options().arguments.isEmpty())
         throw UsageError{QStringLiteral("init-store takes no arguments")};
-    return createFirstUserStoreCommand("corvane-remote-cli", client.outputStream(), client.errorStream());
+    return createFirstUserStoreCommand("corvane-remote-cli", client.users().path, client.outputStream(), client.errorStream());
 }
 
 int users(Client& client)

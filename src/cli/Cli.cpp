@@ -291,7 +291,7 @@ int Client::runCommand()
     } catch (const std::exception& e) {
         // What no routine traps ends the program, as on the desktop: logged, and said.
         const int number = errorNumberOf(e);
-        Log_Run_Time_Error(0, number);
+        Log_Run_Time_Error(terminal_.logs(), 0, number);
         say("Run-time error '" + std::to_string(number) + "':\n" + errorDescription(number));
         return number == err::SocketBadState ? NoConnection : RunTimeFault;
     }
@@ -299,7 +299,7 @@ int Client::runCommand()
 
 void Client::logIn()
 {
-    if (loadUserStore(terminal_.users()) != StoreLoad::Loaded) {
+    if (loadUserStore(terminal_.users(), terminal_.logs()) != StoreLoad::Loaded) {
         say(message::accessDenied());
         if (!terminal_.users().fault.empty())
             say(terminal_.users().fault);
@@ -424,7 +424,7 @@ void Client::endIfStopped() const
 
 void Client::recordLocalChange(std::string_view kind, std::vector<RecordedField> fields)
 {
-    corvane::recordLocalChange(kind, session().changeActor(), std::move(fields));
+    corvane::recordLocalChange(terminal_.logs(), kind, session().changeActor(), std::move(fields));
 }
 
 void Client::drain()

@@ -89,6 +89,7 @@ public:
     Registry& registry() { return terminal_.registry(); }
     HostConfiguration& configuration() { return terminal_.configuration(); }
     UserStore& users() { return terminal_.users(); }
+    Logs& logs() { return terminal_.logs(); }
     const RightsList& rights() const { return terminal_.rights(); }
     HostSession& session();
     // The user store loaded and the user logged in: the start-up rules, or --user and its

@@ -110,7 +110,7 @@ void editorSession(Client& client)
 void update(Client& client, std::int16_t port)
 {
     bool acknowledged = false;
-    runTrapped(location::CommParmsUpdate,
+    runTrapped(client.logs(), location::CommParmsUpdate,
         [&] { acknowledged = client.session().UpdateCommParms(static_cast<std::int16_t>(port - 1)); });
     exchanged(client, acknowledged, port);
     client.drain();
@@ -467,7 +467,7 @@ int history(Client& client)
         else
             filter.port = client.portArgument(a);
     }
-    const ChangeRecordScan scan = scanChangeRecord(filter, [&client](const QJsonObject& entry) {
+    const ChangeRecordScan scan = scanChangeRecord(client.logs(), filter, [&client](const QJsonObject& entry) {
         if (client.stopSignal())
             return false;
         if (client.options().json)
@@ -478,10 +478,10 @@ int history(Client& client)
     });
     client.endIfStopped();
     if (scan.passedOver > 0)
-        client.say("corvane-remote-cli: " + std::to_string(scan.passedOver) + " line(s) of " + changeRecordPath()
+        client.say("corvane-remote-cli: " + std::to_string(scan.passedOver) + " line(s) of " + changeRecordPath(client.logs())
             + " passed over: damaged, or longer than " + std::to_string(MaxChangeRecordLine) + " bytes.");
     if (!scan.error.empty()) {
-        client.say("corvane-remote-cli: cannot read " + changeRecordPath() + ": " + scan.error);
+        client.say("corvane-remote-cli: cannot read " + changeRecordPath(client.logs()) + ": " + scan.error);
         return RunTimeFault;
     }
     return Done;

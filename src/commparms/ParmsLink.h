@@ -9,6 +9,8 @@
 
 namespace corvane {
 
+class Logs;
+
 // A host running in single-port mode drives one DNC COM port only; the editor then shows it and
 // keeps the COM port field locked.
 struct SinglePortMode {
@@ -33,6 +35,8 @@ public:
     virtual ~ParmsLink() = default;
 
     virtual PortParmsTables& parmsTables() = 0;
+    // Where an update's trapped error is logged.
+    virtual Logs& logs() = 0;
     virtual const std::vector<MachineTypeRecord>& machineTypes() const = 0;
     virtual SinglePortMode singlePortMode() const = 0;
     // The grid row the editor opens with.

@@ -3,7 +3,6 @@
 #include "dialogs/MessageBoxes.h"
 #include "widgets/Desktop.h"
 #include "platform/Latin1.h"
-#include "runtime/ProgramSetting.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,9 +16,9 @@ const QLatin1String HelpPage{"help/corvane-remote.html"};
 
 } // namespace
 
-QStringList programHelpCandidates()
+QStringList programHelpCandidates(const std::string& programFolder)
 {
-    const QDir programDir(QString::fromStdString(programFolder()));
+    const QDir programDir(QString::fromStdString(programFolder));
     QStringList candidates;
 #ifdef Q_OS_WIN
     candidates << programDir.filePath(QStringLiteral("CORVANE.chm"));
@@ -34,10 +33,10 @@ QStringList programHelpCandidates()
     return candidates;
 }
 
-void showProgramHelp(Desktop& desktop, MessageBoxes& boxes, const QString& topic)
+void showProgramHelp(Desktop& desktop, MessageBoxes& boxes, const std::string& programFolder, const QString& topic)
 {
     const std::string title = toLatin1Bytes(QCoreApplication::applicationName());
-    const QStringList candidates = programHelpCandidates();
+    const QStringList candidates = programHelpCandidates(programFolder);
     for (const QString& path : candidates) {
         if (!QFileInfo::exists(path))
             continue;

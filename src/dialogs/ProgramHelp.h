@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string>
+
 namespace corvane {
 
 class Desktop;
@@ -11,9 +13,9 @@ class MessageBoxes;
 // there; elsewhere, or without it, the help page shipped beside the program
 // (help/corvane-remote.html), in the desktop's browser. A help that is missing, or that nothing
 // on the desktop opens, is said in a box, never passed over.
-void showProgramHelp(Desktop& desktop, MessageBoxes& boxes, const QString& topic);
+void showProgramHelp(Desktop& desktop, MessageBoxes& boxes, const std::string& programFolder, const QString& topic);
 
 // Where the help page is looked for, first found first.
-QStringList programHelpCandidates();
+QStringList programHelpCandidates(const std::string& programFolder);
 
 } // namespace corvane

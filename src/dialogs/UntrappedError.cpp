@@ -11,10 +11,10 @@ constexpr int UntrappedLocation = 0;
 
 } // namespace
 
-void reportUntrappedError(MessageBoxes& boxes, const std::exception& error) noexcept
+void reportUntrappedError(Logs& logs, MessageBoxes& boxes, const std::exception& error) noexcept
 {
     const int number = errorNumberOf(error);
-    Log_Run_Time_Error(UntrappedLocation, number);
+    Log_Run_Time_Error(logs, UntrappedLocation, number);
     try {
         boxes.untrappedError(number);
     } catch (...) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialogs/MessageBoxes.h"
+#include "runtime/Logs.h"
 
 #include <exception>
 
@@ -10,14 +11,14 @@ namespace corvane {
 // logged at location 000, shown as "Run-time error 'N':" with its description, and the program
 // ends. Form code runs its handlers through guarded() so that no exception ever crosses Qt's
 // event loop.
-void reportUntrappedError(MessageBoxes& boxes, const std::exception& error) noexcept;
+void reportUntrappedError(Logs& logs, MessageBoxes& boxes, const std::exception& error) noexcept;
 
-template <typename Body> void guarded(MessageBoxes& boxes, Body&& body) noexcept
+template <typename Body> void guarded(Logs& logs, MessageBoxes& boxes, Body&& body) noexcept
 {
     try {
         body();
     } catch (const std::exception& e) {
-        reportUntrappedError(boxes, e);
+        reportUntrappedError(logs, boxes, e);
     }
 }
 

@@ -192,14 +192,20 @@ bool Plant::storeUpdate(std::string_view packet, std::string& refused)
 {
     PortParmsTables updated = parms;
     std::size_t port = 0;
+    std::string fault; // a field the packet lacks: the update is not taken in
     try {
-        Extract_Port_Parms_Packet(packet, updated, PacketSide::Host);
+        Extract_Port_Parms_Packet(
+            packet, updated, [&fault](std::string_view message) { fault.assign(message); }, PacketSide::Host);
         const std::int16_t number = textToInt16(requestField(packet, "Port=").value_or(""));
         if (number < 0 || number >= PortCount)
             raise(err::SubscriptOutOfRange);
         port = static_cast<std::size_t>(number);
     } catch (const RunTimeError& e) {
         refused = "run-time error " + std::to_string(e.number());
+        return false;
+    }
+    if (!fault.empty()) {
+        refused = fault;
         return false;
     }
     refused = valueNoPortCanHold(updated.PortCommParmsTable[port], updated.DataCollectionTable[port]);

@@ -1,6 +1,5 @@
 #include "protocol/Framing.h"
 
-#include "protocol/PacketErrorLog.h"
 #include "runtime/Convert.h"
 #include "runtime/Text.h"
 
@@ -19,7 +18,7 @@ void PacketReceiver::accumulate(std::string_view chunk)
         buffer_.append(chunk);
 
     if (buffer_.size() > MaxGathered) {
-        Log_Packet_Error(
+        tell(faults_,
             "Receive buffer over " + std::to_string(MaxGathered) + " characters without EOT; gathered text dropped.");
         std::string().swap(buffer_); // its memory too
         discarding_ = !(!chunk.empty() && chunk.back() == EOT);
@@ -40,31 +39,32 @@ void PacketReceiver::reset()
     complete_ = false;
 }
 
-std::int16_t Get_Packet_Type(std::string_view packet, const std::function<void()>& noPacketString)
+std::int16_t Get_Packet_Type(
+    std::string_view packet, const PacketFaults& faults, const std::function<void()>& noPacketString)
 {
     if (left(packet, 3) == "ACK") {
-        Log_Packet_Error(packet);
+        tell(faults, packet);
         return packet_type::Ack;
     }
     if (left(packet, 9) != "PKT_TYPE=") {
         if (noPacketString)
             noPacketString();
-        Log_Packet_Error(packet);
+        tell(faults, packet);
         return packet_type::NoPacket;
     }
     const std::int16_t end = toInt16(inStr(10, packet, std::string_view(&STX, 1)));
     return textToInt16(mid(packet, 10, end - 10));
 }
 
-std::string Get_Packet_Field(std::string_view packet, std::string_view key)
+std::string Get_Packet_Field(std::string_view packet, std::string_view key, const PacketFaults& faults)
 {
     const std::int16_t start = toInt16(inStr(1, packet, key));
     if (start == 0)
-        Log_Packet_Error("Error finding start in packet.");
+        tell(faults, "Error finding start in packet.");
     const std::int16_t valueStart = toInt16(start + static_cast<std::int64_t>(key.size()));
     const std::int16_t end = toInt16(inStr(valueStart, packet, std::string_view(&STX, 1)));
     if (end < valueStart)
-        Log_Packet_Error("Error finding  delimeter in packet.");
+        tell(faults, "Error finding  delimeter in packet.");
     return std::string(mid(packet, valueStart, end - valueStart));
 }
 

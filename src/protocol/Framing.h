@@ -15,6 +15,15 @@ inline constexpr char STX = '\x02'; // ends every field
 inline constexpr char ETX = '\x03'; // follows the last field of a request
 inline constexpr char EOT = '\x04'; // last character of a packet
 
+// Where the codec tells of text it cannot read as a packet should be: the packet log (the
+// programs'), a count (the fuzz targets'), a list (the tests'); none passes them over.
+using PacketFaults = std::function<void(std::string_view message)>;
+inline void tell(const PacketFaults& faults, std::string_view message)
+{
+    if (faults)
+        faults(message);
+}
+
 // Gathers the socket's chunks into whole packets. Only the first and the last character of a
 // chunk are looked at: a chunk that starts with SOH starts a new packet (dropping whatever was
 // half gathered), a chunk that ends with EOT completes one. The host sends each packet so that
@@ -27,6 +36,10 @@ public:
     // The largest real packet, a 128-port status reply with long names, stays far below it.
     static constexpr std::size_t MaxGathered = 1u << 20;
 
+    explicit PacketReceiver(PacketFaults faults)
+        : faults_(std::move(faults))
+    {
+    }
     void accumulate(std::string_view chunk);
     bool packetComplete() const { return complete_; }
     // The last whole packet, from the character after SOH through its EOT.
@@ -34,6 +47,7 @@ public:
     void reset();
 
 private:
+    PacketFaults faults_;
     std::string buffer_;
     std::string completed_;
     bool complete_ = false;
@@ -45,12 +59,13 @@ private:
 // an untyped text `noPacketString` is called first (the session shows "No Packet String"). A
 // type that is not a 16-bit number, or a missing STX after it, raises a run-time error to the
 // caller.
-std::int16_t Get_Packet_Type(std::string_view packet, const std::function<void()>& noPacketString = {});
+std::int16_t Get_Packet_Type(
+    std::string_view packet, const PacketFaults& faults, const std::function<void()>& noPacketString = {});
 
 // The value of the first field whose key (with its "=") occurs in the packet. A missing key is
 // logged and the text from position length(key) up to the next STX is returned; a missing STX is
 // logged and raises "Invalid procedure call"; positions past 32,767 raise "Overflow".
-std::string Get_Packet_Field(std::string_view packet, std::string_view key);
+std::string Get_Packet_Field(std::string_view packet, std::string_view key, const PacketFaults& faults);
 
 // Writing packets: SOH, "PKT_TYPE=" type STX, "SECTION=" section STX; then key, value, STX for
 // each further field. A request then ends with ETX EOT.

@@ -2,7 +2,6 @@
 
 #include "runtime/DateTimeText.h"
 #include "runtime/ErrorLog.h"
-#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 
@@ -37,31 +36,26 @@ void rotateIfFull(const std::string& current, const std::string& previous)
 
 } // namespace
 
-std::string currentPacketLogPath()
-{
-    return programFolder() + "/PacketError-Current.log";
-}
-
-std::string previousPacketLogPath()
-{
-    return programFolder() + "/PacketError-Previous.log";
-}
-
-void Log_Packet_Error(std::string_view message)
+void Log_Packet_Error(Logs& logs, std::string_view message)
 {
     try {
-        const std::string current = currentPacketLogPath();
-        if (!logWriterSet())
-            rotateIfFull(current, previousPacketLogPath());
+        const std::string current = logs.file(CurrentPacketLogName);
+        if (logs.toFiles())
+            rotateIfFull(current, logs.file(PreviousPacketLogName));
         std::string line = "Packet Error Location " + std::to_string(PacketLogLocation) + " ";
         line.append(escapedControls(message)); // the host's text, which may hold anything
         line += ' ';
-        line += generalDateText(now());
-        if (const int error = appendLogLine(current, line))
+        line += logs.nowText();
+        if (const int error = logs.append(current, line))
             raise(error);
     } catch (const std::exception& e) {
-        Log_Run_Time_Error(location::RequestSender, errorNumberOf(e));
+        Log_Run_Time_Error(logs, location::RequestSender, errorNumberOf(e));
     }
+}
+
+PacketFaults packetLogOf(Logs& logs)
+{
+    return [&logs](std::string_view message) { Log_Packet_Error(logs, message); };
 }
 
 Bool16 File_Exists(const std::string& path)

@@ -75,14 +75,14 @@ template <typename R> const FieldSpec<R>& wireOf(const FieldRow& row)
 
 template <typename R, typename RecordOf>
 void extractSection(std::string_view packet, std::span<const FieldRow> rows, std::span<const std::size_t> order,
-    PacketSide side, RecordOf recordOf)
+    PacketSide side, const PacketFaults& faults, RecordOf recordOf)
 {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const FieldSpec<R>& field = wireOf<R>(rows[order.empty() ? i : order[i]]);
         if (field.sentOnly && side == PacketSide::Terminal)
             continue;
         R& record = recordOf();
-        store(field, record, Get_Packet_Field(packet, field.key));
+        store(field, record, Get_Packet_Field(packet, field.key, faults));
     }
 }
 
@@ -109,18 +109,19 @@ std::string Build_Port_Parms_Packet(std::int16_t section, std::int16_t port, Por
     return packet;
 }
 
-void Extract_Port_Parms_Packet(std::string_view packet, PortParmsTables& tables, PacketSide side)
+void Extract_Port_Parms_Packet(
+    std::string_view packet, PortParmsTables& tables, const PacketFaults& faults, PacketSide side)
 {
-    const std::int16_t port = textToInt16(Get_Packet_Field(packet, "Port="));
-    const std::int16_t section = textToInt16(Get_Packet_Field(packet, "SECTION="));
+    const std::int16_t port = textToInt16(Get_Packet_Field(packet, "Port=", faults));
+    const std::int16_t section = textToInt16(Get_Packet_Field(packet, "SECTION=", faults));
     if (section == LastParmsSection) {
-        extractSection<DataCollectionParms>(packet, sectionFields(section), {}, side,
+        extractSection<DataCollectionParms>(packet, sectionFields(section), {}, side, faults,
             [&]() -> DataCollectionParms& { return tables.dataCollection(port); });
     } else if (section >= FirstParmsSection && section < LastParmsSection) {
         const auto order
             = section == 2 ? std::span<const std::size_t>(Section2ReadOrder) : std::span<const std::size_t>();
         extractSection<PortCommParms>(
-            packet, sectionFields(section), order, side, [&]() -> PortCommParms& { return tables.commParms(port); });
+            packet, sectionFields(section), order, side, faults, [&]() -> PortCommParms& { return tables.commParms(port); });
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "protocol/Framing.h"
 #include "commparms/FieldCatalogue.h"
 #include "commparms/PortParms.h"
 
@@ -24,7 +25,7 @@ std::string Build_Port_Parms_Packet(
 
 // Takes a received type 100 packet apart into the port's records, field by field: a field that
 // does not convert raises a run-time error there, and the fields before it stay stored.
-void Extract_Port_Parms_Packet(
-    std::string_view packet, PortParmsTables& tables, PacketSide side = PacketSide::Terminal);
+void Extract_Port_Parms_Packet(std::string_view packet, PortParmsTables& tables, const PacketFaults& faults,
+    PacketSide side = PacketSide::Terminal);
 
 } // namespace corvane

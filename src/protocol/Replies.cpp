@@ -37,22 +37,23 @@ template <typename Each> void forEachRecord(std::string_view packet, Each&& each
 
 } // namespace
 
-void Extract_Status_Packet(std::string_view packet, std::vector<PortStatusRecord>& PortStatus)
+void Extract_Status_Packet(
+    std::string_view packet, std::vector<PortStatusRecord>& PortStatus, const PacketFaults& faults)
 {
     forEachRecord(packet, [&](std::size_t i, std::string_view piece) {
         if (i >= PortStatus.size())
             raise(err::SubscriptOutOfRange);
         PortStatusRecord& record = PortStatus[i];
-        record.WorkstationName = Get_Packet_Field(piece, "WorkstationName=");
-        record.FileName = Get_Packet_Field(piece, "FileName=");
-        record.DNC_ID = Get_Packet_Field(piece, "DNC_ID=");
-        record.Status = Get_Packet_Field(piece, "Status=");
-        record.ByteCount = Get_Packet_Field(piece, "ByteCount=");
+        record.WorkstationName = Get_Packet_Field(piece, "WorkstationName=", faults);
+        record.FileName = Get_Packet_Field(piece, "FileName=", faults);
+        record.DNC_ID = Get_Packet_Field(piece, "DNC_ID=", faults);
+        record.Status = Get_Packet_Field(piece, "Status=", faults);
+        record.ByteCount = Get_Packet_Field(piece, "ByteCount=", faults);
     });
 }
 
-void Extract_Machine_Types(
-    std::string_view packet, std::vector<MachineTypeRecord>& MachineTypes, std::int16_t& MachineTypeCount)
+void Extract_Machine_Types(std::string_view packet, std::vector<MachineTypeRecord>& MachineTypes,
+    std::int16_t& MachineTypeCount, const PacketFaults& faults)
 {
     // The count is 16-bit: a list longer than it can say overflows before anything is allocated
     // and the table keeps what it held.
@@ -62,11 +63,11 @@ void Extract_Machine_Types(
     MachineTypeCount = count;
     forEachRecord(packet, [&](std::size_t i, std::string_view piece) {
         MachineTypeRecord& record = MachineTypes[i];
-        record.DefaultDir = Get_Packet_Field(piece, "DefaultDir=");
-        const std::string code = Get_Packet_Field(piece, "TarnMachineCode=");
+        record.DefaultDir = Get_Packet_Field(piece, "DefaultDir=", faults);
+        const std::string code = Get_Packet_Field(piece, "TarnMachineCode=", faults);
         record.TarnMachineCode = code.empty() ? ' ' : code.front();
-        record.machine_type = Get_Packet_Field(piece, "machine_type=");
-        record.unique_id = textToInt32(Get_Packet_Field(piece, "unique_id="));
+        record.machine_type = Get_Packet_Field(piece, "machine_type=", faults);
+        record.unique_id = textToInt32(Get_Packet_Field(piece, "unique_id=", faults));
     });
 }
 

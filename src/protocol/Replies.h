@@ -1,5 +1,6 @@
 #pragma once
 
+#include "protocol/Framing.h"
 #include "commparms/MachineTypes.h"
 
 #include <cstdint>
@@ -28,11 +29,12 @@ struct PortStatusRecord {
 // Fills record i of the table from piece i, key by key ("WorkstationName=", "FileName=",
 // "DNC_ID=", "Status=", "ByteCount="). The table keeps its size: a piece beyond it raises
 // "Subscript out of range", after the pieces before it were stored.
-void Extract_Status_Packet(std::string_view packet, std::vector<PortStatusRecord>& PortStatus);
+void Extract_Status_Packet(
+    std::string_view packet, std::vector<PortStatusRecord>& PortStatus, const PacketFaults& faults);
 
 // Replaces the table by one record per piece, read "DefaultDir=", "TarnMachineCode=",
 // "machine_type=", "unique_id=" in that order; the count is set before the pieces are read.
-void Extract_Machine_Types(
-    std::string_view packet, std::vector<MachineTypeRecord>& MachineTypes, std::int16_t& MachineTypeCount);
+void Extract_Machine_Types(std::string_view packet, std::vector<MachineTypeRecord>& MachineTypes,
+    std::int16_t& MachineTypeCount, const PacketFaults& faults);
 
 } // namespace corvane

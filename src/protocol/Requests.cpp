@@ -47,17 +47,17 @@ std::string Build_Purge_Reset_Request(std::int16_t displayRow)
     return request(packet_type::PurgeReset, 0, "DisplayRow=", displayRow);
 }
 
-std::string Get_Host_Version(std::string_view packet)
+std::string Get_Host_Version(std::string_view packet, const PacketFaults& faults)
 {
-    std::string version = Get_Packet_Field(packet, "VersionMajor=");
+    std::string version = Get_Packet_Field(packet, "VersionMajor=", faults);
     version += '.';
-    version += Get_Packet_Field(packet, "VersionMinor=");
+    version += Get_Packet_Field(packet, "VersionMinor=", faults);
     return version;
 }
 
-std::string Get_Minimum_Remote_Version(std::string_view packet)
+std::string Get_Minimum_Remote_Version(std::string_view packet, const PacketFaults& faults)
 {
-    return Get_Packet_Field(packet, "MinimumRemoteVersion=");
+    return Get_Packet_Field(packet, "MinimumRemoteVersion=", faults);
 }
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "protocol/Framing.h"
 #include "protocol/PacketTypes.h"
 
 #include <cstdint>
@@ -19,7 +20,7 @@ std::string Build_Purge_Reset_Request(std::int16_t displayRow); // 302
 
 // From a version reply (170): "VersionMajor=" + "." + "VersionMinor=", both kept as text
 // ("1" and "02" give "1.02"), and the lowest terminal version the host asks for.
-std::string Get_Host_Version(std::string_view packet);
-std::string Get_Minimum_Remote_Version(std::string_view packet);
+std::string Get_Host_Version(std::string_view packet, const PacketFaults& faults);
+std::string Get_Minimum_Remote_Version(std::string_view packet, const PacketFaults& faults);
 
 } // namespace corvane

@@ -1,6 +1,5 @@
 #include "runtime/DateTimeText.h"
 
-#include "runtime/ProgramSetting.h"
 
 #include <cstdlib>
 #include <ctime>
@@ -80,16 +79,6 @@ DateTimeFormat dateTimeFormatFor(std::string_view localeName)
     return {"M/d/yyyy", "h:mm:ss tt"};
 }
 
-// One format per locale the program has been set to, each made once and kept, so that a caller
-// may tell a changed locale by the format's address alone.
-const DateTimeFormat& systemDateTimeFormat()
-{
-    static std::map<std::string, DateTimeFormat, std::less<>> formats;
-    const std::string& locale = programPlaces().timeLocale;
-    const auto found = formats.find(locale);
-    return found != formats.end() ? found->second : formats.emplace(locale, dateTimeFormatFor(locale)).first->second;
-}
-
 std::string generalDateText(const DateTime& moment, const DateTimeFormat& format)
 {
     std::string text = formatted(moment, format.datePattern);
@@ -98,26 +87,8 @@ std::string generalDateText(const DateTime& moment, const DateTimeFormat& format
     return text;
 }
 
-// A burst of log lines shares its second: the text of the last moment is kept.
-std::string generalDateText(const DateTime& moment)
+DateTime systemClock()
 {
-    static DateTime last{-1};
-    static const DateTimeFormat* lastFormat = nullptr;
-    static std::string text;
-    const auto key = [](const DateTime& m) { return std::tie(m.year, m.month, m.day, m.hour, m.minute, m.second); };
-    const DateTimeFormat& format = systemDateTimeFormat();
-    if (key(moment) != key(last) || &format != lastFormat) {
-        text = generalDateText(moment, format);
-        last = moment;
-        lastFormat = &format;
-    }
-    return text;
-}
-
-DateTime now()
-{
-    if (const auto& clock = programClock())
-        return clock();
     const std::time_t seconds = std::time(nullptr);
     std::tm local{};
 #ifdef _WIN32

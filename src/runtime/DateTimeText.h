@@ -26,15 +26,13 @@ struct DateTimeFormat {
 // locales we do not know fall back to the United States format ("M/d/yyyy", "h:mm:ss tt").
 DateTimeFormat dateTimeFormatFor(std::string_view localeName);
 
-// The format of this process's locale (LC_ALL, then LC_TIME, then LANG), read once.
-const DateTimeFormat& systemDateTimeFormat();
-
 // The general date-and-time text of a moment: date, one blank, time; a moment at exactly
 // midnight shows the date alone, as the runtime's general date text does.
 std::string generalDateText(const DateTime& moment, const DateTimeFormat& format);
-std::string generalDateText(const DateTime& moment);
 
-// The present local time, by the clock of the program's setting (a test's may stand still).
-DateTime now();
+// What the logs take their time from: the system's, or a test's that may stand still.
+using Clock = std::function<DateTime()>;
+// The present local time, by the system.
+DateTime systemClock();
 
 } // namespace corvane

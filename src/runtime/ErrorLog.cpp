@@ -1,7 +1,6 @@
 #include "runtime/ErrorLog.h"
 
 #include "runtime/DateTimeText.h"
-#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 
 #include <cerrno>
@@ -18,16 +17,6 @@
 
 namespace corvane {
 
-std::string errorLogPath()
-{
-    return programFolder() + "/error.log";
-}
-
-std::string previousErrorLogPath()
-{
-    return programFolder() + "/error-Previous.log";
-}
-
 namespace {
 
 // A line without its date and time: what tells one trapped error from another.
@@ -41,20 +30,13 @@ std::string errorLogKey(int location, int errorNumber)
 
 } // namespace
 
-std::string errorLogLine(int location, int errorNumber)
+std::string errorLogLine(Logs& logs, int location, int errorNumber)
 {
-    return errorLogKey(location, errorNumber) + " " + generalDateText(now());
-}
-
-bool logWriterSet()
-{
-    return static_cast<bool>(programLogWriter());
+    return errorLogKey(location, errorNumber) + " " + logs.nowText();
 }
 
 int appendLogLine(const std::string& path, std::string_view line)
 {
-    if (const LogWriter& writer = programLogWriter())
-        return writer(path, line);
     std::string whole;
     whole.reserve(line.size() + 2);
     whole.append(line).append("\r\n");
@@ -99,46 +81,34 @@ long long fileSize(const std::string& path)
     return ec ? -1 : static_cast<long long>(size);
 }
 
-// The last line this process wrote, and how many times it has come again since; a log that
-// someone else wrote to or took away in the meantime starts afresh.
-struct Repeats {
-    std::string key;
-    long long sizeAfter = -2;
-    int count = 0;
-};
-
-Repeats& repeats()
-{
-    static Repeats r;
-    return r;
-}
-
 } // namespace
 
-void Log_Run_Time_Error(int location, int errorNumber)
+// The repeats are counted against the last line this program wrote; a log that someone else
+// wrote to or took away in the meantime starts afresh.
+void Log_Run_Time_Error(Logs& logs, int location, int errorNumber)
 {
     try {
-        const std::string path = errorLogPath();
-        const bool files = !logWriterSet();
+        const std::string path = logs.file(ErrorLogName);
+        const bool files = logs.toFiles();
         long long size = files ? fileSize(path) : -1;
         if (files && size > ErrorLogRotateAbove) {
             std::error_code ec;
-            std::filesystem::rename(path, previousErrorLogPath(), ec);
+            std::filesystem::rename(path, logs.file(PreviousErrorLogName), ec);
             size = fileSize(path);
         }
         const std::string key = errorLogKey(location, errorNumber);
-        Repeats& r = repeats();
+        Logs::Repeats& r = logs.repeats();
         const bool ours = size == r.sizeAfter;
         if (ours && key == r.key && r.count + 1 < ErrorLogRepeatsCounted) {
             ++r.count;
             return;
         }
         if (ours && r.count > 0)
-            appendLogLine(path,
+            logs.append(path,
                 r.key + " repeated " + std::to_string(key == r.key ? r.count + 1 : r.count) + " more times "
-                    + generalDateText(now()));
+                    + logs.nowText());
         if (!(ours && key == r.key))
-            appendLogLine(path, key + " " + generalDateText(now()));
+            logs.append(path, key + " " + logs.nowText());
         r = {key, files ? fileSize(path) : -1, 0};
     } catch (...) {
         // The log is the last resort: a failure to write it is not reported anywhere.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runtime/Logs.h"
 #include "runtime/RunTimeError.h"
 
 #include <exception>
@@ -29,28 +30,20 @@ inline constexpr int ChangeRecord = 312; // the record of parameter changes
 
 inline constexpr long long ErrorLogRotateAbove = 1 << 20; // bytes
 inline constexpr int ErrorLogRepeatsCounted = 1000;
-std::string errorLogPath();
-std::string previousErrorLogPath();
-std::string errorLogLine(int location, int errorNumber);
-void Log_Run_Time_Error(int location, int errorNumber);
-
-// Appends `line` and CR LF to the file in one write, opening it for this one line (never through
-// a link: a link where the file should be is refused). Returns 0, or the runtime's file error
-// number when the file could not be written.
-int appendLogLine(const std::string& path, std::string_view line);
-// True while the lines go to the program setting's writer rather than files: there are then no
-// log files to rotate.
-bool logWriterSet();
+inline constexpr std::string_view ErrorLogName = "error.log";
+inline constexpr std::string_view PreviousErrorLogName = "error-Previous.log";
+std::string errorLogLine(Logs& logs, int location, int errorNumber);
+void Log_Run_Time_Error(Logs& logs, int location, int errorNumber);
 
 // Runs `body` under an error trap: a run-time error (or any other exception) leaves one line in
 // the error log with this location and the routine is left. Returns whether `body` finished.
-template <typename Body> bool runTrapped(int location, Body&& body) noexcept
+template <typename Body> bool runTrapped(Logs& logs, int location, Body&& body) noexcept
 {
     try {
         body();
         return true;
     } catch (const std::exception& e) {
-        Log_Run_Time_Error(location, errorNumberOf(e));
+        Log_Run_Time_Error(logs, location, errorNumberOf(e));
         return false;
     }
 }

@@ -13,8 +13,6 @@ struct Places {
     std::string programFolder; // the logs, the record of changes, the help page beside the program
     std::string registryFolder; // off Windows, the two hives' settings files ("": the platform's own)
     std::string timeLocale = "C"; // whose date and time format the logs write
-
-    std::string changeRecord() const { return programFolder + "/parameter-changes.jsonl"; }
 };
 
 // Where the store lies without CORVANE_ROOT: DefaultStorePlace, a folder of the system's own

@@ -21,8 +21,7 @@ FirstStore createFirstUserStore(const std::string& path)
             raise(fileErrorFromErrno(ec.value()));
     }
 
-    UserStore store;
-    store.path = path;
+    UserStore store(path);
     UserEntry supervisor;
     supervisor.UserName = std::string(SupervisorName);
     supervisor.IsSupervisor = 1;
@@ -34,9 +33,8 @@ FirstStore createFirstUserStore(const std::string& path)
     return FirstStore::Created;
 }
 
-int createFirstUserStoreCommand(const char* program, std::FILE* out, std::FILE* err)
+int createFirstUserStoreCommand(const char* program, const std::string& path, std::FILE* out, std::FILE* err)
 {
-    const std::string path = userStorePath();
     try {
         if (createFirstUserStore(path) == FirstStore::AlreadyThere) {
             std::fprintf(err,

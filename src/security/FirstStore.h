@@ -13,6 +13,7 @@ FirstStore createFirstUserStore(const std::string& path);
 
 // The command of both programs that makes one where the program looks for it, saying what it
 // did: 0 created, 1 a store is there already (untouched), 2 it could not be made.
-int createFirstUserStoreCommand(const char* program, std::FILE* out = stdout, std::FILE* err = stderr);
+int createFirstUserStoreCommand(
+    const char* program, const std::string& path, std::FILE* out = stdout, std::FILE* err = stderr);
 
 } // namespace corvane

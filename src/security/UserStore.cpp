@@ -2,7 +2,6 @@
 
 #include "runtime/BoundedRead.h"
 #include "runtime/ErrorLog.h"
-#include "runtime/ProgramSetting.h"
 #include "runtime/RunTimeError.h"
 #include "runtime/Text.h"
 #include "runtime/WholeFile.h"
@@ -109,14 +108,8 @@ UserEntry decodeUserRecord(const UserRecordBytes& record)
     return entry;
 }
 
-std::string userStorePath()
-{
-    return programPlaces().storeFile;
-}
-
 Bool16 UserStore::Load_User_Store()
 {
-    path = userStorePath();
     fault.clear();
     // Read whole, and only what a store can be: a regular file of at most 32,767 records (a pipe
     // at its place would hold the program up, a huge file fill its memory).
@@ -190,8 +183,6 @@ std::string storeFault(const std::vector<UserEntry>& users, std::size_t strayByt
 void UserStore::Save_User_Record(std::int16_t index)
 {
     const UserRecordBytes record = encodeUserRecord(user(index));
-    if (path.empty())
-        path = userStorePath();
     // The store as it is, read as loading reads it: a regular file of a store's size.
     BoundedRead existing = readBoundedFile(path, MaxStoreBytes);
     if (!existing.refusal.empty() && !existing.missing)
@@ -249,14 +240,14 @@ bool UserStore::isSupervisor(std::int16_t index) const
     return entry && index == SupervisorIndex && entry->IsSupervisor == 1;
 }
 
-StoreLoad loadUserStore(UserStore& store)
+StoreLoad loadUserStore(UserStore& store, Logs& logs)
 {
     try {
         return store.Load_User_Store() ? StoreLoad::Loaded : StoreLoad::Missing;
     } catch (const UnsoundStore&) {
         return StoreLoad::Damaged;
     } catch (const RunTimeError& e) {
-        Log_Run_Time_Error(location::SharedModule, e.number());
+        Log_Run_Time_Error(logs, location::SharedModule, e.number());
         return e.number() == err::Overflow ? StoreLoad::Damaged : StoreLoad::Unreadable;
     }
 }

@@ -12,6 +12,8 @@
 
 namespace corvane {
 
+class Logs;
+
 // The user store shared by the host's family of programs: fixed records of 143 bytes, numbered
 // from 1, no header. Name (20 bytes, all scrambled), password (20 bytes, the first 8 scrambled),
 // rights positions 0-100 (101 bytes, 0-99 scrambled to a granted or not-granted byte) and the
@@ -50,9 +52,6 @@ const ScrambleTables& Init_Scramble_Tables();
 UserRecordBytes encodeUserRecord(const UserEntry& entry);
 UserEntry decodeUserRecord(const UserRecordBytes& record);
 
-// Where the store lies: the store file of the program's places (see runtime/Places.h).
-std::string userStorePath();
-
 // No user: what an index holds before a load has found anybody. It has no rights.
 inline constexpr std::int16_t Nobody = -1;
 
@@ -69,12 +68,18 @@ struct UnsoundStore : std::runtime_error {
 // The users of the store, held in memory as the one source for log-in and access checks.
 class UserStore {
 public:
+    // The store at `path` (the store file of the program's places, see runtime/Places.h).
+    explicit UserStore(std::string storePath)
+        : path(std::move(storePath))
+    {
+    }
+
     std::vector<UserEntry> users;
     std::int16_t SupervisorIndex = Nobody; // the record marked as the supervisor's
     std::int16_t GuestIndex = Nobody;
     std::int16_t CurrentUser = Nobody;
     std::int16_t SelectedUser = Nobody;
-    std::string path; // built at each load
+    std::string path; // where the store lies
     std::string fault; // why the last load refused the store, else empty
 
     // Reads the whole store into `users`. False (the table unchanged) when there is no store;
@@ -113,6 +118,6 @@ enum class StoreLoad {
 // Load_User_Store under the shared module's error trap (location 143): a store that cannot be
 // read or does not unscramble leaves a line in error.log and the table as it was; one that is not
 // sound leaves the table as it was and its reason in `store.fault`.
-StoreLoad loadUserStore(UserStore& store);
+StoreLoad loadUserStore(UserStore& store, Logs& logs);
 
 } // namespace corvane

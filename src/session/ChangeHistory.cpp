@@ -122,10 +122,11 @@ bool ChangeFilter::matches(const QJsonObject& entry) const
     return (!since || time >= *since) && (!until || time <= *until);
 }
 
-ChangeRecordScan scanChangeRecord(const ChangeFilter& filter, const std::function<bool(const QJsonObject&)>& each)
+ChangeRecordScan scanChangeRecord(
+    const Logs& logs, const ChangeFilter& filter, const std::function<bool(const QJsonObject&)>& each)
 {
     ChangeRecordScan scan;
-    const File file = openRecord(changeRecordPath(), scan.error);
+    const File file = openRecord(changeRecordPath(logs), scan.error);
     if (!file)
         return scan;
     LineReader lines(file.get(), MaxChangeRecordLine);

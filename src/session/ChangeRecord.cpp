@@ -2,7 +2,6 @@
 
 #include "platform/Latin1.h"
 #include "runtime/ErrorLog.h"
-#include "runtime/ProgramSetting.h"
 #include "security/UserAdmin.h"
 #include "session/ChangeRecordKeys.h"
 #include "session/HostConfiguration.h"
@@ -37,9 +36,9 @@ QString fromView(std::string_view text)
 
 } // namespace
 
-std::string changeRecordPath()
+std::string changeRecordPath(const Logs& logs)
 {
-    return programFolder() + "/parameter-changes.jsonl";
+    return logs.file(ChangeRecordName);
 }
 
 QJsonValue jsonOf(const FieldValue& value)
@@ -49,7 +48,7 @@ QJsonValue jsonOf(const FieldValue& value)
     return fromLatin1Bytes(std::get<std::string>(value));
 }
 
-int appendChangeRecord(const ChangeRecordEntry& entry)
+int appendChangeRecord(Logs& logs, const ChangeRecordEntry& entry)
 {
     QJsonArray fields;
     for (const RecordedField& field : entry.fields) {
@@ -81,24 +80,24 @@ int appendChangeRecord(const ChangeRecordEntry& entry)
         line.insert(QStringLiteral("sectionsSent"), entry.sectionsSent);
     }
     const QByteArray text = QJsonDocument(line).toJson(QJsonDocument::Compact);
-    return appendLogLine(changeRecordPath(), std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
+    return logs.append(changeRecordPath(logs), std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
 }
 
-void recordChange(const ChangeRecordEntry& entry)
+void recordChange(Logs& logs, const ChangeRecordEntry& entry)
 {
-    if (const int error = appendChangeRecord(entry)) {
-        Log_Run_Time_Error(location::ChangeRecord, error);
-        std::fprintf(stderr, "The change could not be recorded in %s: %s\n", changeRecordPath().c_str(),
+    if (const int error = appendChangeRecord(logs, entry)) {
+        Log_Run_Time_Error(logs, location::ChangeRecord, error);
+        std::fprintf(stderr, "The change could not be recorded in %s: %s\n", changeRecordPath(logs).c_str(),
             errorDescription(error).c_str());
     }
 }
 
-void recordLocalChange(std::string_view kind, const ChangeActor& actor, std::vector<RecordedField> fields)
+void recordLocalChange(Logs& logs, std::string_view kind, const ChangeActor& actor, std::vector<RecordedField> fields)
 {
     if (fields.empty())
         return;
     ChangeRecordEntry entry{kind, actor, {}, {}, {}, std::move(fields), change_outcome::Sent, {}, 0};
-    recordChange(entry);
+    recordChange(logs, entry);
 }
 
 std::vector<RecordedField> recordedFields(const std::vector<ChangedField>& changes)
@@ -152,7 +151,7 @@ std::vector<RecordedField> configurationFields(const HostConfiguration& stored, 
     return fields;
 }
 
-bool saveConfiguration(HostConfiguration& config, const ChangeActor& actor)
+bool saveConfiguration(HostConfiguration& config, Logs& logs, const ChangeActor& actor)
 {
     // What the settings hold, not what the form's tables hold: a cancelled form leaves its
     // typing in the tables.
@@ -160,7 +159,7 @@ bool saveConfiguration(HostConfiguration& config, const ChangeActor& actor)
     stored.load();
     if (!config.save())
         return false;
-    recordLocalChange(change_kind::Config, actor, configurationFields(stored, config));
+    recordLocalChange(logs, change_kind::Config, actor, configurationFields(stored, config));
     return true;
 }
 

@@ -16,6 +16,8 @@
 
 namespace corvane {
 
+class Logs;
+
 class HostConfiguration;
 
 // What a line of the record is about.
@@ -71,16 +73,18 @@ struct ChangeRecordEntry {
 
 // parameter-changes.jsonl in the program folder, one JSON object a line, appended and never
 // rewritten.
-std::string changeRecordPath();
+inline constexpr std::string_view ChangeRecordName = "parameter-changes.jsonl";
+std::string changeRecordPath(const Logs& logs);
 // Appends the entry, stamped with the present local time; 0, or the runtime's file error
 // number when the line could not be written.
-int appendChangeRecord(const ChangeRecordEntry& entry);
+int appendChangeRecord(Logs& logs, const ChangeRecordEntry& entry);
 // Appends the entry; a line that cannot be written is said on standard error and logged in
 // error.log (location 312), never passed over in silence.
-void recordChange(const ChangeRecordEntry& entry);
+void recordChange(Logs& logs, const ChangeRecordEntry& entry);
 // A change made on this computer (the user store, the configuration): recorded as sent, when
 // anything changed at all.
-void recordLocalChange(std::string_view kind, const ChangeActor& actor, std::vector<RecordedField> fields);
+void recordLocalChange(
+    Logs& logs, std::string_view kind, const ChangeActor& actor, std::vector<RecordedField> fields);
 
 // The fields of a port's records that an update changes.
 std::vector<RecordedField> recordedFields(const std::vector<ChangedField>& changes);
@@ -93,7 +97,7 @@ std::vector<RecordedField> userFields(
 std::vector<RecordedField> configurationFields(const HostConfiguration& stored, const HostConfiguration& saved);
 // The configuration form's Save, and the client's: written to the machine's settings and, when
 // that went, recorded against what the settings held. False when it could not be saved.
-bool saveConfiguration(HostConfiguration& config, const ChangeActor& actor);
+bool saveConfiguration(HostConfiguration& config, Logs& logs, const ChangeActor& actor);
 
 // Which lines a reader wants.
 struct ChangeFilter {
@@ -114,7 +118,8 @@ struct ChangeRecordScan {
 };
 // Hands each well-formed line the filter matches to `each`, oldest first, reading one line at a
 // time; `each` returns false to stop. A missing record has no lines.
-ChangeRecordScan scanChangeRecord(const ChangeFilter& filter, const std::function<bool(const QJsonObject&)>& each);
+ChangeRecordScan scanChangeRecord(
+    const Logs& logs, const ChangeFilter& filter, const std::function<bool(const QJsonObject&)>& each);
 
 QJsonValue jsonOf(const FieldValue& value);
 

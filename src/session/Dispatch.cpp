@@ -19,7 +19,7 @@ void HostSession::Accumulate_Socket_Data(const std::string& chunk)
 
 void HostSession::Process_Received_Socket_Packet(const std::string& chunk)
 {
-    runTrapped(location::PacketDispatch, [&] { dispatch(chunk); });
+    runTrapped(logs_, location::PacketDispatch, [&] { dispatch(chunk); });
     wake();
     // A version reply moves the connect on, outside the dispatch's trap.
     resumeNext([this] { versionArrived(); });
@@ -33,14 +33,14 @@ void HostSession::dispatch(const std::string& chunk)
     const std::string packet = receiver_.completedPacket();
     ParmsPacketReceived = TrueValue;
 
-    const std::int16_t type = Get_Packet_Type(packet, [this] { noPacketString(); });
+    const std::int16_t type = Get_Packet_Type(packet, faults_, [this] { noPacketString(); });
     if (type == packet_type::Ack) {
         takeAck();
         return;
     }
     // Read from every packet but an acknowledgement, though nothing routes by it; a packet
     // without it still goes on, a value beyond 16 bits drops the packet into the trap.
-    [[maybe_unused]] const std::int16_t section = valToInt16(Get_Packet_Field(packet, "SECTION="));
+    [[maybe_unused]] const std::int16_t section = valToInt16(Get_Packet_Field(packet, "SECTION=", faults_));
 
     switch (type) {
     case packet_type::NoPacket:
@@ -50,7 +50,7 @@ void HostSession::dispatch(const std::string& chunk)
         break;
     case packet_type::PortStatusReply:
         try {
-            Extract_Status_Packet(packet, PortStatus);
+            Extract_Status_Packet(packet, PortStatus, faults_);
         } catch (...) {
             // The rows stored before the fault are shown; the fault itself goes to the trap.
             ui_.portTableChanged();
@@ -59,16 +59,16 @@ void HostSession::dispatch(const std::string& chunk)
         ui_.portTableChanged();
         break;
     case packet_type::MachineTypesReply:
-        Extract_Machine_Types(packet, MachineTypes, MachineTypeCount);
+        Extract_Machine_Types(packet, MachineTypes, MachineTypeCount, faults_);
         break;
     case packet_type::VersionReply:
         VersionReceived = TrueValue;
-        HostVersion = Get_Host_Version(packet);
-        MinimumRemoteVersion = Get_Minimum_Remote_Version(packet);
+        HostVersion = Get_Host_Version(packet, faults_);
+        MinimumRemoteVersion = Get_Minimum_Remote_Version(packet, faults_);
         break;
     default:
         if (std::ranges::find(packet_type::AcceptedWithoutAction, type) == std::end(packet_type::AcceptedWithoutAction))
-            Log_Packet_Error("Unknown packet.");
+            Log_Packet_Error(logs_, "Unknown packet.");
         break;
     }
 }

@@ -1,6 +1,7 @@
 #include "session/HostSession.h"
 
 #include "platform/Latin1.h"
+#include "protocol/PacketErrorLog.h"
 #include "protocol/Framing.h"
 #include "protocol/Requests.h"
 #include "runtime/RunTimeError.h"
@@ -28,7 +29,8 @@ struct HostSession::Wait {
     bool cancelled = false;
 };
 
-HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, QObject* parent)
+HostSession::HostSession(
+    HostConfiguration& config, SessionUi& ui, TimerSource& timers, Logs& logs, QObject* parent)
     : QObject(parent)
     , config_(config)
     , ui_(ui)
@@ -38,6 +40,9 @@ HostSession::HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& 
     , tmrIdleLogoff(timers.make("tmrIdleLogoff", 60000))
     , tmrPacketWait(timers.make("tmrPacketWait", 2000))
     , tmrAckSettle(timers.make("tmrAckSettle", AckSettleMs))
+    , logs_(logs)
+    , faults_(packetLogOf(logs))
+    , receiver_(faults_)
 {
     clearPortStatus();
     parms_.resize();

@@ -7,6 +7,7 @@
 #include "protocol/Framing.h"
 #include "protocol/Replies.h"
 #include "runtime/Convert.h"
+#include "runtime/Logs.h"
 #include "session/ChangeRecord.h"
 #include "session/SessionUi.h"
 
@@ -58,7 +59,7 @@ public:
     // trailer goes out: a host that acknowledges twice shows itself within it.
     static constexpr int AckSettleMs = 100;
 
-    HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, QObject* parent = nullptr);
+    HostSession(HostConfiguration& config, SessionUi& ui, TimerSource& timers, Logs& logs, QObject* parent = nullptr);
     ~HostSession() override;
 
     // The main window's commands.
@@ -85,6 +86,8 @@ public:
 
     // ParmsLink: what the parameter editor asks of the session.
     PortParmsTables& parmsTables() override { return parms_; }
+    // Where its errors, packet faults and changes are written.
+    Logs& logs() override { return logs_; }
     const std::vector<MachineTypeRecord>& machineTypes() const override { return MachineTypes; }
     SinglePortMode singlePortMode() const override;
     std::int16_t selectedPortIndex() const override { return SelectedPortIndex; }
@@ -194,6 +197,8 @@ private:
     std::int16_t MachineTypeCount = 0;
     bool PortSpinNoticeShown = false;
 
+    Logs& logs_;
+    PacketFaults faults_; // to the packet log
     PacketReceiver receiver_;
     PortParmsTables parms_;
     // Each port's last fetch: the sections that arrived and, when all did, the records as the

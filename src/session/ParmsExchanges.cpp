@@ -32,13 +32,13 @@ HostSession::Reply HostSession::awaitReply(
 // record.
 void HostSession::takeParmsSection(const std::string& packet)
 {
-    const std::int16_t section = valToInt16(Get_Packet_Field(packet, "SECTION="));
-    const std::int16_t port = valToInt16(Get_Packet_Field(packet, "Port="));
+    const std::int16_t section = valToInt16(Get_Packet_Field(packet, "SECTION=", faults_));
+    const std::int16_t port = valToInt16(Get_Packet_Field(packet, "Port=", faults_));
     if (awaitedSection_ == 0 || section != awaitedSection_ || port != awaitedPort_) {
-        Log_Packet_Error("Port parameter section not asked for; not taken in.");
+        Log_Packet_Error(logs_, "Port parameter section not asked for; not taken in.");
         return;
     }
-    Extract_Port_Parms_Packet(packet, parms_);
+    Extract_Port_Parms_Packet(packet, parms_, faults_);
     awaitedSection_ = 0;
     SectionReceived = TrueValue;
 }
@@ -54,7 +54,7 @@ void HostSession::takeAck()
         UpdateAckReceived = TrueValue;
         return;
     }
-    Log_Packet_Error("Acknowledgement with no section awaited; passed over.");
+    Log_Packet_Error(logs_, "Acknowledgement with no section awaited; passed over.");
 }
 
 bool HostSession::FetchCommParms(std::int16_t port)
@@ -241,7 +241,7 @@ ChangeRecordEntry HostSession::changeEntry(std::string_view kind, int port) cons
 // program's other faults are.
 void HostSession::record(const ChangeRecordEntry& entry)
 {
-    recordChange(entry);
+    recordChange(logs_, entry);
 }
 
 void HostSession::RefreshPortStates()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/Logs.h"
+#include "runtime/Places.h"
 #include "security/Login.h"
 #include "security/Rights.h"
 #include "security/UserStore.h"
@@ -17,17 +19,21 @@ class SessionUi;
 class TimerSource;
 
 // One terminal of a DNC host, as the desktop program, the command-line client and the tests each
-// hold one: the configured hosts, the user store with the logged-in user's rights and log-in
-// values, the clock of its timers, the account running it, and the session with the host. Made
-// once where a program starts and handed to what needs it. Its session comes with the front end
+// hold one: its places, the configured hosts, the user store with the logged-in user's rights and
+// log-in values, the clock of its timers, its logs and the clock they write the time by, the
+// account running it, and the session with the host. Made once where a program starts (from the
+// places its main found) and handed to what needs it. Its session comes with the front end
 // that answers what the session shows and asks (the main window, the client).
 class Terminal {
 public:
-    Terminal(Registry& registry, TimerSource& timers, std::string osUser);
+    Terminal(Registry& registry, TimerSource& timers, std::string osUser, Places places, Clock clock = systemClock,
+        LogWriter writer = {});
     ~Terminal();
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
 
+    const Places& places() const { return places_; }
+    Logs& logs() { return logs_; }
     Registry& registry() { return registry_; }
     TimerSource& timers() { return timers_; }
     const std::string& osUser() const { return osUser_; }
@@ -47,6 +53,8 @@ public:
     void detach() { session_.reset(); }
 
 private:
+    Places places_;
+    Logs logs_;
     Registry& registry_;
     TimerSource& timers_;
     std::string osUser_;

@@ -62,7 +62,7 @@ TEST(BoundedMemory, FiftyMegabytesOfEachFloodLeaveTheTerminalUnderItsCeiling)
     for (const auto& [name, kind] : cases) {
         test::SimulatedPlant plant;
         plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
         QProcess terminal;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         // The sanitizer's quarantine of freed memory would be counted as the terminal's own.

@@ -49,7 +49,7 @@ ClientRun runClient(test::SimulatedPlant& plant, test::ManualTimers& clock, cons
     std::FILE* err = std::tmpfile();
     QStringList arguments = QString::fromLatin1(line).split(QLatin1Char(' '));
     arguments.prepend(QStringLiteral("corvane-remote-cli"));
-    Terminal terminal(*plant.registry, clock, "tester");
+    Terminal terminal(*plant.registry, clock, "tester", plant.folder.places(), test::ScratchProgramFolder::clock());
     const int status = cli::Client(cli::parseOptions(arguments), terminal, {out, err}).run();
     ClientRun run{status, written(out), written(err)};
     std::fclose(out);
@@ -90,7 +90,7 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
     for (const Case& c : cases) {
         test::SimulatedPlant plant;
         plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
         if (c.fault)
             c.fault(plant);
         test::ManualTimers clock;
@@ -108,7 +108,7 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
         // An update cut short stopped at section 3, its trailer never went, and the record says why.
         const std::string_view name = c.name;
         if (name == "no acknowledgement" || name == "connection lost") {
-            const std::vector<QJsonObject> record = test::changeRecordLines(3);
+            const std::vector<QJsonObject> record = test::changeRecordLines(plant.folder.logs(), 3);
             ASSERT_EQ(record.size(), 1u) << c.name;
             EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(),
                 QLatin1String(name == "connection lost" ? "connection-lost" : "no-ack"));
@@ -137,7 +137,7 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
         SCOPED_TRACE(c.name);
         test::SimulatedPlant plant;
         plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
         if (c.fault)
             c.fault(plant.host);
         test::ManualTimers clock;

@@ -54,7 +54,7 @@ public:
     void SetUp() override
     {
         plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     }
 
     // Runs the client (or a program that runs it) to its end while this process's event loop
@@ -331,7 +331,7 @@ TEST_F(Cli, UsersFollowTheSupervisorsOperations)
     EXPECT_EQ(supervisor("", "users grant smith 0").exitCode, 0);
     EXPECT_EQ(supervisor("", "users revoke smith 4").exitCode, 0);
     EXPECT_EQ(supervisor("", "--yes users delete GUEST").exitCode, 2);
-    UserStore store;
+    UserStore store(plant.folder.places().storeFile);
     ASSERT_TRUE(store.Load_User_Store());
     EXPECT_EQ(store.users.at(2), test::user("smith", "pw", {0}));
 
@@ -439,7 +439,7 @@ TEST_F(Cli, NamesAndPasswordsAreCheckedWhenSet)
         cli(words("--user supervisor --password boss users passwd smith --no-password --new-password x")).exitCode, 2);
 
     EXPECT_EQ(supervisor("boss", words("users passwd smith --no-password")).exitCode, 0);
-    UserStore store;
+    UserStore store(plant.folder.places().storeFile);
     ASSERT_TRUE(store.Load_User_Store());
     EXPECT_EQ(store.users.at(2).Password, "");
     EXPECT_EQ(store.users.at(0).Password, "boss");
@@ -487,7 +487,7 @@ TEST_F(Cli, EveryChangeLeavesOneLineWithEveryKey)
         ASSERT_EQ(cli(c.line).exitCode, 0) << c.line;
     EXPECT_TRUE(cli("config set-idle 15").exitCode == 0) << "a save that changes nothing";
 
-    const std::vector<QJsonObject> record = test::changeRecordLines();
+    const std::vector<QJsonObject> record = test::changeRecordLines(plant.folder.logs());
     ASSERT_EQ(record.size(), std::size(cases));
     const QStringList keys = {QStringLiteral("authorisedBy"), QStringLiteral("fields"), QStringLiteral("host"),
         QStringLiteral("hostPort"), QStringLiteral("kind"), QStringLiteral("osUser"), QStringLiteral("outcome"),
@@ -631,7 +631,7 @@ TEST_F(Cli, ASignalEndsTheCommandInOrder)
         });
         EXPECT_EQ(r.exitCode, 128 + c.signal) << c.line << ": " << r.err.toStdString();
     }
-    const std::vector<QJsonObject> record = test::changeRecordLines();
+    const std::vector<QJsonObject> record = test::changeRecordLines(plant.folder.logs());
     ASSERT_EQ(record.size(), 1u) << "the fetch called off sent nothing";
     EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("interrupted"));
     EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);

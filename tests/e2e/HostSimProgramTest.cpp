@@ -31,7 +31,7 @@ TEST(HostSimProgram, ServesATerminalOnThePortItIsGiven)
     ASSERT_TRUE(terminal.connectTo(port));
     const auto version = terminal.request(Build_Version_Request());
     ASSERT_TRUE(version);
-    EXPECT_EQ(Get_Host_Version(*version), "4.11");
+    EXPECT_EQ(Get_Host_Version(*version, {}), "4.11");
 
     QByteArray log = host.readAll(); // what came while the terminal waited, and the rest below
     while (!log.contains("sent <SOH>PKT_TYPE=170") && host.waitForReadyRead(2000))

@@ -1,7 +1,6 @@
 // The user store's permissions as an ordinary user meets them: the client run as an account
 // that is not root, in or out of the store's group. Root passes every permission check, so the
 // test drops to such an account (setpriv) and is skipped where it cannot.
-#include "runtime/ProgramSetting.h"
 #include "security/FirstStore.h"
 #include "security/UserStore.h"
 #include "support/Program.h"
@@ -94,10 +93,7 @@ TEST_F(StorePermissions, TheGroupDecidesWhoMayReadAndWriteTheStore)
         EXPECT_EQ(after.st_uid, 0u) << c.name;
         EXPECT_EQ(after.st_gid, StoreGroup) << c.name;
         EXPECT_EQ(after.st_mode & 07777, 0660u) << c.name;
-        Places places;
-        places.storeFile = (root / "BRELLWICK" / "BWKXBIDS.DAT").string();
-        const ProgramSetting setting(places);
-        UserStore reloaded;
+        UserStore reloaded((root / "BRELLWICK" / "BWKXBIDS.DAT").string());
         const bool loaded = reloaded.Load_User_Store();
         ASSERT_TRUE(loaded) << c.name;
         std::int16_t index = 0;

@@ -33,6 +33,7 @@ using test::whenModal;
 
 // The session as the editor sees it, without a host: fetches and updates are counted.
 struct ScriptedLink final : ParmsLink {
+    Logs& logged; // where an update's trapped error goes, and the help is looked for
     PortParmsTables tables;
     std::vector<MachineTypeRecord> types = {{1, "LATHE", "C:\\DNC\\LATHES", 'F'}, {2, "MILL", "C:\\DNC\\MILLS", 'F'}};
     SinglePortMode single;
@@ -42,7 +43,8 @@ struct ScriptedLink final : ParmsLink {
     FetchState state{true, false, {}};
     std::vector<ChangedField> corrections;
 
-    ScriptedLink()
+    explicit ScriptedLink(Logs& logs)
+        : logged(logs)
     {
         tables.resize();
         for (std::int16_t port = 0; port < PortCount; ++port) {
@@ -50,6 +52,7 @@ struct ScriptedLink final : ParmsLink {
         }
     }
     PortParmsTables& parmsTables() override { return tables; }
+    Logs& logs() override { return logged; }
     const std::vector<MachineTypeRecord>& machineTypes() const override { return types; }
     SinglePortMode singlePortMode() const override { return single; }
     std::int16_t selectedPortIndex() const override { return selected; }
@@ -81,7 +84,7 @@ public:
     test::ManualTimers timers;
     test::ScriptedDesktop desktop;
     std::unique_ptr<Services> services;
-    ScriptedLink link;
+    ScriptedLink link{folder.logs()};
     std::unique_ptr<frmCommParms> form;
 
     void SetUp() override
@@ -311,7 +314,7 @@ TEST_F(CommParmsForm, DataCollectionFramesAndTheFolderBrowser)
 TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
 {
     for (const bool save : {true, false}) {
-        ScriptedLink fresh;
+        ScriptedLink fresh(folder.logs());
         link.tables = fresh.tables;
         open();
         whenModal<frmFileNotFoundMsg>([save](frmFileNotFoundMsg& edit) {

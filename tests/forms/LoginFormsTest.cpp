@@ -26,7 +26,7 @@ using test::whenModal;
 
 UserStore sampleStore()
 {
-    UserStore store;
+    UserStore store(""); // a table only, never loaded or saved
     store.users
         = {user("SUPERVISOR", "boss", {}, 1), user("GUEST", ""), user("SMITH", "Secret", {4}), user("CLERK", "c")};
     store.SupervisorIndex = 0;

@@ -38,7 +38,7 @@ public:
     test::ManualTimers timers;
     test::ScriptedDesktop desktop;
     Services services{boxes, desktop};
-    Terminal terminal{*plant.registry, timers, "tester"};
+    Terminal terminal{*plant.registry, timers, "tester", plant.folder.places(), test::ScratchProgramFolder::clock()};
 
     void SetUp() override { plant.folder.useAsStoreRoot(); }
     static void typeInto(QLineEdit& field, const QString& text)
@@ -52,7 +52,7 @@ public:
 
 TEST_F(MainWindow, StartsAsTheSupervisorWhileSecurityIsOffAndConnects)
 {
-    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     frmCVRemote window(terminal, services);
     QSignalSpy loggedIn(&window, &frmCVRemote::loggedIn);
     window.show();
@@ -101,7 +101,7 @@ TEST_F(MainWindow, StartsAsTheSupervisorWhileSecurityIsOffAndConnects)
 
 TEST_F(MainWindow, TheRememberedUserIsAskedForThePasswordAndGuestsGetNoSupervisorMenu)
 {
-    test::createStore(
+    test::createStore(plant.folder.places().storeFile, 
         {test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", ""), test::user("SMITH", "pw", {4})});
     Save_Last_User(*plant.registry, "SMITH");
     whenModal<frmChangeUser>([](frmChangeUser& form) {
@@ -117,7 +117,7 @@ TEST_F(MainWindow, TheRememberedUserIsAskedForThePasswordAndGuestsGetNoSuperviso
 // A useful share of the 128 rows, and the words get the room.
 TEST_F(MainWindow, TheGridGetsTheRoom)
 {
-    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     frmCVRemote window(terminal, services);
     window.show();
     auto& grid = control<QTableView>(window, "tgMainScreen");
@@ -141,7 +141,7 @@ TEST_F(MainWindow, TheConfigurationsTypingRulesAndWhatSaveAndCancelKeep)
     HostConfiguration config(*plant.registry);
     config.load();
     const ChangeActor actor{"desktop", "tester", "SUPERVISOR", "SMITH"};
-    frmConfiguration form(config, boxes, actor);
+    frmConfiguration form(config, plant.folder.logs(), boxes, actor);
     form.show();
 
     typeInto(control<QLineEdit>(form, "txtSocketPortNumber_3"), QStringLiteral("100"));
@@ -156,9 +156,9 @@ TEST_F(MainWindow, TheConfigurationsTypingRulesAndWhatSaveAndCancelKeep)
     stored.load();
     EXPECT_EQ(stored.HostNames[3], QStringLiteral("Host 3")) << "Cancel writes nothing";
 
-    EXPECT_TRUE(test::changeRecordLines().empty());
+    EXPECT_TRUE(test::changeRecordLines(plant.folder.logs()).empty());
 
-    frmConfiguration again(config, boxes, actor);
+    frmConfiguration again(config, plant.folder.logs(), boxes, actor);
     control<QPushButton>(again, "cmdSaveHostIP").click();
     stored.load();
     EXPECT_EQ(stored.HostNames[3], QStringLiteral("Bay 3"));
@@ -167,7 +167,7 @@ TEST_F(MainWindow, TheConfigurationsTypingRulesAndWhatSaveAndCancelKeep)
     EXPECT_EQ(stored.IdleMinutes, 60);
 
     // Recorded against what the settings held, not the tables the cancelled form had typed into.
-    const std::vector<QJsonObject> record = test::changeRecordLines();
+    const std::vector<QJsonObject> record = test::changeRecordLines(plant.folder.logs());
     ASSERT_EQ(record.size(), 1u);
     EXPECT_EQ(record[0].value(QStringLiteral("kind")).toString(), QStringLiteral("config"));
     EXPECT_EQ(record[0].value(QStringLiteral("authorisedBy")).toString(), QStringLiteral("SMITH"));
@@ -187,7 +187,7 @@ TEST_F(MainWindow, TheStartUpFormGuardsTheConfiguration)
 {
     plant.folder.write("error.log", "");
     auto unwritable = openSystemRegistry(QString::fromStdString(plant.folder.file("error.log/none").string()));
-    Terminal denied(*unwritable, timers, "tester");
+    Terminal denied(*unwritable, timers, "tester", plant.folder.places());
     frmCVRemoteStartup second(denied, services);
     second.show();
     second.findChild<QAction*>(QStringLiteral("mnuConfiguration"))->trigger();

@@ -29,13 +29,13 @@ class SupervisorForms : public ::testing::Test {
 protected:
     test::ScratchProgramFolder folder;
     std::filesystem::path path = folder.useAsStoreRoot();
-    UserStore store;
+    UserStore store{path.string()};
     RightsList rights;
     test::ScriptedBoxes boxes;
 
     void SetUp() override
     {
-        test::createStore(
+        test::createStore(path.string(),
             {user("SUPERVISOR", "", {}, 1), user("GUEST", ""), user("SMITH", "pw", {4, 11}), user("JONES", "", {0})});
         ASSERT_TRUE(store.Load_User_Store());
         store.CurrentUser = 0;
@@ -44,7 +44,7 @@ protected:
 
     UserStore reloaded() const
     {
-        UserStore again;
+        UserStore again(path.string());
         EXPECT_TRUE(again.Load_User_Store());
         return again;
     }
@@ -71,7 +71,7 @@ protected:
 TEST_F(SupervisorForms, TheListShowsLiveUsersAndWhatMayBeDoneToThem)
 {
     store.users[3].UserName.clear();
-    frmSupervisorOps form(store, rights, boxes);
+    frmSupervisorOps form(store, rights, folder.logs(), boxes);
     form.show();
     EXPECT_EQ(names(form).join(u','), QStringLiteral("SUPERVISOR,GUEST,SMITH"));
     auto& list = control<QListWidget>(form, "lstUserList");
@@ -93,7 +93,7 @@ TEST_F(SupervisorForms, TheListShowsLiveUsersAndWhatMayBeDoneToThem)
 // with what was typed, and then takes the freed record.
 TEST_F(SupervisorForms, DeletingAsksThenFreesTheRecordAndAddingReusesIt)
 {
-    frmSupervisorOps form(store, rights, boxes);
+    frmSupervisorOps form(store, rights, folder.logs(), boxes);
     std::vector<std::pair<std::string, std::string>> saved; // the names before and after, for the record
     form.setUserSaved([&saved](const std::optional<UserEntry>& before, const std::optional<UserEntry>& after) {
         saved.emplace_back(before ? before->UserName : "-", after ? after->UserName : "-");
@@ -143,7 +143,7 @@ TEST_F(SupervisorForms, DeletingAsksThenFreesTheRecordAndAddingReusesIt)
 TEST_F(SupervisorForms, EscapeOnAQuestionDoesNothing)
 {
     GenMsgBoxes real({});
-    frmSupervisorOps form(store, rights, real);
+    frmSupervisorOps form(store, rights, folder.logs(), real);
     form.show();
     auto& list = control<QListWidget>(form, "lstUserList");
     list.setCurrentRow(2);
@@ -166,7 +166,7 @@ TEST_F(SupervisorForms, EscapeOnAQuestionDoesNothing)
     // The supervisor-password warning (OK, Cancel): dismissed, no password is given.
     for (const auto& [way, dismiss] : ways) {
         store.SelectedUser = 3;
-        frmUserInfo info(store, rights, real, false);
+        frmUserInfo info(store, rights, folder.logs(), real, false);
         info.show();
         type(info, "txtPassword", QStringLiteral("j"));
         whenModal<frmGenMsgBox>([&dismiss](frmGenMsgBox& box) { dismiss(box); });
@@ -202,7 +202,7 @@ TEST_F(SupervisorForms, NamesAndPasswordsAreCheckedOnOk)
     const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT");
     for (const auto& c : cases) {
         store.SelectedUser = c.selected;
-        frmUserInfo info(store, rights, boxes, c.adding);
+        frmUserInfo info(store, rights, folder.logs(), boxes, c.adding);
         info.show();
         if (!c.userName.isNull())
             type(info, "txtUserName", c.userName);
@@ -222,7 +222,7 @@ TEST_F(SupervisorForms, NamesAndPasswordsAreCheckedOnOk)
 TEST_F(SupervisorForms, AFirstPasswordWarnsTheSupervisorAndCancelSavesNothing)
 {
     store.SelectedUser = 3; // JONES has no password; the supervisor is logged in
-    frmUserInfo info(store, rights, boxes, false);
+    frmUserInfo info(store, rights, folder.logs(), boxes, false);
     info.show();
     type(info, "txtPassword", QStringLiteral("j"));
     boxes.answers = {msg::ResultCancel};
@@ -248,7 +248,7 @@ TEST_F(SupervisorForms, ALinkPlantedAtTheStoreIsNotWrittenThrough)
     std::filesystem::create_symlink(real, path);
     const std::string before = folder.read("BRELLWICK/BWKXBIDS.DAT.elsewhere");
     store.SelectedUser = 2;
-    frmUserInfo info(store, rights, boxes, false);
+    frmUserInfo info(store, rights, folder.logs(), boxes, false);
     info.show();
     control<QCheckBox>(info, "chkRights_0").click();
     control<QPushButton>(info, "cmdButton_0").click();
@@ -260,7 +260,7 @@ TEST_F(SupervisorForms, ALinkPlantedAtTheStoreIsNotWrittenThrough)
 TEST_F(SupervisorForms, TheSupervisorKeepsTheName)
 {
     store.SelectedUser = store.SupervisorIndex;
-    frmUserInfo supervisor(store, rights, boxes, false);
+    frmUserInfo supervisor(store, rights, folder.logs(), boxes, false);
     supervisor.show();
     EXPECT_FALSE(control<QLineEdit>(supervisor, "txtUserName").isEnabled());
     control<QCheckBox>(supervisor, "chkRights_1").click();
@@ -276,7 +276,7 @@ TEST_F(SupervisorForms, SixRightsFitAndSevenScrollByOneRow)
             many.rows.push_back({"Right " + std::to_string(i), static_cast<std::int16_t>(i + 20)});
         many.RightsCount = static_cast<std::int16_t>(rows);
         store.SelectedUser = 2;
-        frmUserInfo info(store, many, boxes, false);
+        frmUserInfo info(store, many, folder.logs(), boxes, false);
         info.show();
         auto& bar = control<QScrollBar>(info, "vscrRights");
         auto& picture = control<QWidget>(info, "pic2Rights");

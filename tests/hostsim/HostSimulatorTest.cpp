@@ -42,7 +42,7 @@ protected:
         EXPECT_TRUE(reply);
         // The piece after the last record lies past the 128 rows, as in the terminal itself.
         EXPECT_EQ(
-            errorNumberRaisedBy([&] { Extract_Status_Packet(reply.value_or(""), rows); }), err::SubscriptOutOfRange);
+            errorNumberRaisedBy([&] { Extract_Status_Packet(reply.value_or(""), rows, {}); }), err::SubscriptOutOfRange);
         return rows;
     }
 
@@ -65,7 +65,7 @@ TEST_F(Host, StatusAndMachineTypesComeBackAsTheTerminalReadsThem)
     ASSERT_TRUE(types);
     std::vector<MachineTypeRecord> table;
     std::int16_t count = 0;
-    EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Machine_Types(*types, table, count); }), err::InvalidProcedureCall);
+    EXPECT_EQ(errorNumberRaisedBy([&] { Extract_Machine_Types(*types, table, count, {}); }), err::InvalidProcedureCall);
     ASSERT_EQ(count, 7); // six types and the piece after the last ETX
     EXPECT_TRUE(std::equal(host.plant().machineTypes.begin(), host.plant().machineTypes.end(), table.begin()));
 }
@@ -113,14 +113,14 @@ TEST_F(Host, SplitAndJoinedRepliesAreSentAsTheirSwitchesSay)
     const int before = host.chunksWritten();
     auto version = terminal.request(Build_Version_Request());
     ASSERT_TRUE(version);
-    EXPECT_EQ(Get_Host_Version(*version), "4.12");
+    EXPECT_EQ(Get_Host_Version(*version, {}), "4.12");
     EXPECT_EQ(host.chunksWritten() - before, 3);
     host.faults.splitInto = 1;
 
     host.faults.joinWithStatus = true;
     version = terminal.request(Build_Version_Request());
     ASSERT_TRUE(version);
-    EXPECT_EQ(Get_Packet_Type(*version), packet_type::VersionReply); // the first packet's type wins
+    EXPECT_EQ(Get_Packet_Type(*version, {}), packet_type::VersionReply); // the first packet's type wins
     EXPECT_NE(version->find("WorkstationName=LATHE 01"), std::string::npos);
 }
 
@@ -131,16 +131,16 @@ TEST_F(Host, TextThatIsNoPacketAndPushedStatusKeepTheirDistance)
     terminal.send(Build_Version_Request());
     const auto text = terminal.nextPacket();
     ASSERT_TRUE(text);
-    EXPECT_EQ(Get_Packet_Type(*text), packet_type::NoPacket);
+    EXPECT_EQ(Get_Packet_Type(*text, {}), packet_type::NoPacket);
     const auto version = terminal.nextPacket();
     ASSERT_TRUE(version);
-    EXPECT_EQ(Get_Packet_Type(*version), packet_type::VersionReply);
+    EXPECT_EQ(Get_Packet_Type(*version, {}), packet_type::VersionReply);
 
     host.setPushStatusInterval(2000);
     clock.fire("tmrPushStatus");
     const auto pushed = terminal.nextPacket();
     ASSERT_TRUE(pushed);
-    EXPECT_EQ(Get_Packet_Type(*pushed), packet_type::PortStatusReply);
+    EXPECT_EQ(Get_Packet_Type(*pushed, {}), packet_type::PortStatusReply);
 }
 
 // A second terminal is refused while one is connected; a silent one goes after the idle time,

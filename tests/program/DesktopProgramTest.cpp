@@ -34,7 +34,7 @@ using Program = test::DesktopProgramTest;
 // saves is recorded under their name. Closing the main window ends the program.
 TEST_F(Program, ALoggedInUserSavesAPortsChangeToTheHost)
 {
-    test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
+    test::createStore(plant.folder.places().storeFile, {test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", "")});
     Save_Last_User(*plant.registry, "SUPERVISOR");
     bool hostHeardNothing = false;
     test::whenModal<frmChangeUser>([&](frmChangeUser& form) {
@@ -51,7 +51,7 @@ TEST_F(Program, ALoggedInUserSavesAPortsChangeToTheHost)
     ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 1; }));
     EXPECT_TRUE(hostHeardNothing);
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[14].ConfirmFooter, "M99");
-    const QJsonObject line = test::changeRecordLines(15).at(0);
+    const QJsonObject line = test::changeRecordLines(plant.folder.logs(), 15).at(0);
     EXPECT_EQ(line.value(QStringLiteral("user")).toString(), QStringLiteral("SUPERVISOR"));
     EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("desktop"));
     window.close();
@@ -62,7 +62,7 @@ TEST_F(Program, ALoggedInUserSavesAPortsChangeToTheHost)
 // from it is recorded as the logged-in user's, authorised by the temporary one.
 TEST_F(Program, ATemporaryUserAuthorisesTheEditorsUpdate)
 {
-    test::createStore({test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", ""), test::user("SMITH", "pw"),
+    test::createStore(plant.folder.places().storeFile, {test::user("SUPERVISOR", "boss", {}, 1), test::user("GUEST", ""), test::user("SMITH", "pw"),
         test::user("JONES", "jj", {CommParmsRight})});
     Save_Last_User(*plant.registry, "SMITH");
     test::whenModal<frmChangeUser>([&](frmChangeUser& form) {
@@ -81,7 +81,7 @@ TEST_F(Program, ATemporaryUserAuthorisesTheEditorsUpdate)
     });
     start(test::editingPort(15));
     ASSERT_TRUE(test::waitFor([&] { return plant.host.updatesCompleted() == 1; }));
-    const QJsonObject line = test::changeRecordLines().at(0);
+    const QJsonObject line = test::changeRecordLines(plant.folder.logs()).at(0);
     EXPECT_EQ(line.value(QStringLiteral("user")).toString(), QStringLiteral("SMITH"));
     EXPECT_EQ(line.value(QStringLiteral("authorisedBy")).toString(), QStringLiteral("JONES"));
     EXPECT_EQ(line.value(QStringLiteral("via")).toString(), QStringLiteral("desktop"));
@@ -91,7 +91,7 @@ TEST_F(Program, ATemporaryUserAuthorisesTheEditorsUpdate)
 // by the time it answers the next refresh); Yes purges.
 TEST_F(Program, EscapeOnThePurgeQuestionPurgesNothing)
 {
-    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     frmCVRemote& window = start(test::connectingTo(1));
     ASSERT_TRUE(test::waitFor([this] { return program->mainWindow()->session().connected() && filled(); }));
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Y}) {
@@ -118,7 +118,7 @@ TEST_F(Program, EscapeOnThePurgeQuestionPurgesNothing)
 // Only typed characters are filtered: the keys that move, delete and leave still work.
 TEST_F(Program, TheConfigurationFieldsTakeKeysAsTheDesktopSendsThem)
 {
-    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     frmCVRemote& window = startAndLogIn();
     QString afterTheBox;
     bool boxHadTheFocus = false;

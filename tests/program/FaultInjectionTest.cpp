@@ -1,7 +1,6 @@
 // The desktop program against a host, a user store and a program folder that fail it.
 #include "commparms/forms/frmCommParms.h"
 #include "protocol/PacketTypes.h"
-#include "runtime/ProgramSetting.h"
 #include "security/FirstStore.h"
 #include "shell/SessionMessages.h"
 #include "support/ChangeRecordLines.h"
@@ -33,7 +32,7 @@ public:
     void SetUp() override
     {
         DesktopProgramTest::SetUp();
-        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     }
     // The cable goes at the host's `nth` packet of this type; the terminal's wait then runs out.
     void pullCableAt(std::int16_t type, std::size_t nth)
@@ -79,7 +78,7 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
     EXPECT_EQ(shownAfter, QStringLiteral("M99"));
     EXPECT_EQ(program->mainWindow()->session().parmsTables().PortCommParmsTable[2].ConfirmFooter, "M99");
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].ConfirmFooter, hostsFooter) << "section 5 never went";
-    const std::vector<QJsonObject> record = test::changeRecordLines(3);
+    const std::vector<QJsonObject> record = test::changeRecordLines(plant.folder.logs(), 3);
     ASSERT_EQ(record.size(), 1u);
     EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(), QStringLiteral("connection-lost"));
     EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3);
@@ -174,9 +173,7 @@ TEST_F(Faults, WhatTheHostSendsAndTheStateItLeaves)
 TEST_F(Faults, NoLogsAndATextThatIsNoPacketHoldUpNothing)
 {
     plant.folder.write("not-a-folder", "");
-    Places noFolder = plant.folder.places();
-    noFolder.programFolder = plant.folder.file("not-a-folder").string();
-    const ProgramSetting setting(noFolder);
+    places.programFolder = plant.folder.file("not-a-folder").string();
     plant.host.faults.noPacketTextOnConnect = true;
     bool filledUnderTheBox = false;
     test::whenBox<QMessageBox>(
@@ -194,7 +191,7 @@ TEST_F(Faults, NoLogsAndATextThatIsNoPacketHoldUpNothing)
 // read is logged, one that reads but is not whole or lacks a reserved user is said in the box.
 TEST_F(Faults, AUserStoreThatIsNotSound)
 {
-    const std::filesystem::path store = userStorePath();
+    const std::filesystem::path store = plant.folder.places().storeFile;
     const std::string sound = plant.folder.read("BRELLWICK/BWKXBIDS.DAT");
     struct Case {
         const char* name;

@@ -30,7 +30,7 @@ public:
     void SetUp() override
     {
         DesktopProgramTest::SetUp();
-        ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
     }
 };
 

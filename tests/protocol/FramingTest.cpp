@@ -1,4 +1,5 @@
 #include "protocol/Framing.h"
+#include "protocol/PacketErrorLog.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/Wire.h"
 
@@ -33,7 +34,7 @@ TEST(Framing, ChunksJoinIntoPacketsOnTheirFirstAndLastCharacter)
         {"an empty chunk clears the flag", {"<SOH>"_w + Status, ""}, {true, false}, Status},
     };
     for (const auto& c : cases) {
-        PacketReceiver receiver;
+        PacketReceiver receiver({});
         for (std::size_t i = 0; i < c.chunks.size(); ++i) {
             receiver.accumulate(c.chunks[i]);
             EXPECT_EQ(receiver.packetComplete(), c.completeAfter[i]) << c.name << ", chunk " << i;
@@ -47,7 +48,8 @@ TEST(Framing, ChunksJoinIntoPacketsOnTheirFirstAndLastCharacter)
 TEST(Framing, TextThatNeverEndsIsDroppedAndItsTailNeverComesOutAsAPacket)
 {
     test::ScratchProgramFolder folder;
-    PacketReceiver receiver;
+    const PacketFaults faults = packetLogOf(folder.logs());
+    PacketReceiver receiver(faults);
     const std::string half(PacketReceiver::MaxGathered / 2 + 1, 'x');
     receiver.accumulate("<SOH>"_w + half);
     receiver.accumulate(half);
@@ -69,12 +71,13 @@ TEST(Framing, TextThatNeverEndsIsDroppedAndItsTailNeverComesOutAsAPacket)
 TEST(PacketType, TypesAcknowledgementsAndTextThatIsNoPacket)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     int notices = 0;
     const auto notice = [&] { ++notices; };
 
-    EXPECT_EQ(Get_Packet_Type(Status, notice), 120);
-    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w, notice), packet_type::Ack);
-    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w, notice), packet_type::NoPacket);
+    EXPECT_EQ(Get_Packet_Type(Status, faults, notice), 120);
+    EXPECT_EQ(Get_Packet_Type("ACK<EOT>"_w, faults, notice), packet_type::Ack);
+    EXPECT_EQ(Get_Packet_Type("PKT_TYPE<STX>"_w, faults, notice), packet_type::NoPacket);
     EXPECT_EQ(notices, 1) << "an acknowledgement is no stray text";
     EXPECT_EQ(folder.lines("PacketError-Current.log").size(), 2u) << "both are logged";
 }
@@ -82,6 +85,7 @@ TEST(PacketType, TypesAcknowledgementsAndTextThatIsNoPacket)
 TEST(PacketType, ABadTypeRaisesToTheCaller)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     struct Case {
         std::string packet;
         int error;
@@ -91,30 +95,32 @@ TEST(PacketType, ABadTypeRaisesToTheCaller)
         {"PKT_TYPE=1" + std::string(40000, '0') + "<STX>"_w, err::Overflow}, // STX past 32,767
     };
     for (const auto& c : cases)
-        EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Type(c.packet); }), c.error) << c.packet.substr(0, 20);
+        EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Type(c.packet, faults); }), c.error) << c.packet.substr(0, 20);
     EXPECT_FALSE(folder.exists("PacketError-Current.log"));
 }
 
 TEST(PacketField, ReadsTheFirstOccurrenceUpToTheNextStx)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     const std::string packet
         = "PKT_TYPE=120<STX>SECTION=0<STX>DisplayRow=<STX>Port=3<STX>PrinterPort=LPT1<STX><ETX><EOT>"_w;
-    EXPECT_EQ(Get_Packet_Field(packet, "DisplayRow="), "");
-    EXPECT_EQ(Get_Packet_Field(packet, "Port="), "3");
+    EXPECT_EQ(Get_Packet_Field(packet, "DisplayRow=", faults), "");
+    EXPECT_EQ(Get_Packet_Field(packet, "Port=", faults), "3");
     // A short key that is the tail of a longer one is found inside the longer one when it
     // comes second: the order of fields on the wire matters.
-    EXPECT_EQ(Get_Packet_Field("PrinterPort=LPT1<STX>Port=3<STX>"_w, "Port="), "LPT1");
+    EXPECT_EQ(Get_Packet_Field("PrinterPort=LPT1<STX>Port=3<STX>"_w, "Port=", faults), "LPT1");
 }
 
 TEST(PacketField, AMissingKeyIsLoggedAndReturnsTextFromTheStart)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     const std::string packet = "PKT_TYPE=100<STX>SECTION=1<STX>Port=3<STX><EOT>"_w;
     // "Baud=" has five characters: the value is taken from position 5 up to the first STX.
-    EXPECT_EQ(Get_Packet_Field(packet, "Baud="), "TYPE=100");
+    EXPECT_EQ(Get_Packet_Field(packet, "Baud=", faults), "TYPE=100");
     // No STX after the value: both lines are logged and the negative length raises.
-    EXPECT_EQ(errorNumberRaisedBy([] { Get_Packet_Field("PKT_TYPE=100<EOT>"_w, "WorkstationName="); }),
+    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field("PKT_TYPE=100<EOT>"_w, "WorkstationName=", faults); }),
         err::InvalidProcedureCall);
     EXPECT_EQ(folder.lines("PacketError-Current.log").size(), 3u);
 }
@@ -122,15 +128,16 @@ TEST(PacketField, AMissingKeyIsLoggedAndReturnsTextFromTheStart)
 TEST(PacketField, PositionsPast32767Overflow)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     const std::string filler(40000, 'x');
     const std::string early = "PKT_TYPE=120<STX>Early=1<STX>Filler="_w + filler + "<STX>Late=2<STX><EOT>"_w;
-    EXPECT_EQ(Get_Packet_Field(early, "Early="), "1");
-    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(early, "Late="); }), err::Overflow);
+    EXPECT_EQ(Get_Packet_Field(early, "Early=", faults), "1");
+    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(early, "Late=", faults); }), err::Overflow);
     // Found early, but its STX lies past the limit.
-    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(early, "Filler="); }), err::Overflow);
+    EXPECT_EQ(errorNumberRaisedBy([&] { Get_Packet_Field(early, "Filler=", faults); }), err::Overflow);
     // A key that ends just before the limit still reads.
     const std::string edge = std::string(32750, 'y') + "Key=" + "ab<STX>"_w;
-    EXPECT_EQ(Get_Packet_Field(edge, "Key="), "ab");
+    EXPECT_EQ(Get_Packet_Field(edge, "Key=", faults), "ab");
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "protocol/PacketErrorLog.h"
-#include "runtime/ProgramSetting.h"
 #include "support/ScratchProgramFolder.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +23,7 @@ TEST(PacketErrorLog, RotatesOnlyAboveTenThousandBytes)
         if (c.previousExists)
             folder.write(Previous, "old generation\r\n");
 
-        Log_Packet_Error("Unknown packet.");
+        Log_Packet_Error(folder.logs(), "Unknown packet.");
 
         const std::string line
             = "Packet Error Location 501 Unknown packet. " + test::ScratchProgramFolder::momentText() + "\r\n";
@@ -39,7 +38,7 @@ TEST(PacketErrorLog, RotatesOnlyAboveTenThousandBytes)
 TEST(PacketErrorLog, TheHostsTextCannotSplitOrForgeALine)
 {
     test::ScratchProgramFolder folder;
-    Log_Packet_Error("ACK\r\nPacket Error Location 501 forged\x1b[2J\x02\x9b");
+    Log_Packet_Error(folder.logs(), "ACK\r\nPacket Error Location 501 forged\x1b[2J\x02\x9b");
     EXPECT_EQ(folder.lines(Current),
         std::vector<std::string>{"Packet Error Location 501 ACK\\x0d\\x0aPacket Error Location 501 forged\\x1b[2J\\x02\\x9b "
             + test::ScratchProgramFolder::momentText()});
@@ -50,7 +49,7 @@ TEST(PacketErrorLog, AFaultOfTheLogGoesToTheFallbackLineAndTheMessageIsLost)
     test::ScratchProgramFolder folder;
     std::filesystem::create_directory(folder.file(Current)); // cannot be opened as a file
 
-    Log_Packet_Error("Error finding start in packet.");
+    Log_Packet_Error(folder.logs(), "Error finding start in packet.");
 
     const std::vector<std::string> expected
         = {"Error Location 201 Err = 75 " + test::ScratchProgramFolder::momentText()};
@@ -62,10 +61,8 @@ TEST(PacketErrorLog, AFaultOfTheLogGoesToTheFallbackLineAndTheMessageIsLost)
 TEST(PacketErrorLog, AMissingFolderFailsSilently)
 {
     test::ScratchProgramFolder folder;
-    Places gone = folder.places();
-    gone.programFolder = folder.file("gone").string();
-    const ProgramSetting setting(gone);
-    EXPECT_NO_THROW(Log_Packet_Error("Unknown packet."));
+    Logs gone(folder.file("gone").string(), test::ScratchProgramFolder::clock());
+    EXPECT_NO_THROW(Log_Packet_Error(gone, "Unknown packet."));
     EXPECT_FALSE(folder.exists("gone"));
 }
 

@@ -1,5 +1,6 @@
 #include "protocol/PortParmsPacket.h"
 #include "protocol/Framing.h"
+#include "protocol/PacketErrorLog.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/Wire.h"
 
@@ -52,12 +53,13 @@ PortParmsTables tablesWith(std::int16_t port, const PortCommParms& comm, const D
 TEST(PortParmsPacket, EverySectionRoundTripsThroughThePacket)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     for (std::int16_t port : {std::int16_t{0}, std::int16_t{127}}) {
         auto sender = tablesWith(port, distinctCommParms(), distinctDataCollection());
         PortParmsTables receiver;
         receiver.resize();
         for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section)
-            Extract_Port_Parms_Packet(Build_Port_Parms_Packet(section, port, sender) + EOT, receiver);
+            Extract_Port_Parms_Packet(Build_Port_Parms_Packet(section, port, sender) + EOT, receiver, faults);
 
         PortCommParms expected = sender.PortCommParmsTable[static_cast<std::size_t>(port)];
         expected.EnableRemotePrinting = 0; // sent on, but never taken from the host
@@ -128,12 +130,13 @@ TEST(PortParmsPacket, PrinterRuleOfSectionThree)
 TEST(PortParmsPacket, ReceivedFieldsAreFittedToTheirWidths)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     PortParmsTables t;
     t.resize();
     Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=2<STX>Port=5<STX>ProgQualifier=ABCDEFGHIJKL<STX>"
                               "ContinuousFeedString=%<STX>RequestCode=<STX>Remote_Req=2<STX>RedirectCode=65<STX>"
                               "FileNotFoundMsgSet=1<STX>FileNotFoundMessage=NOT FOUND<STX><EOT>"_w,
-        t);
+        t, faults);
     const auto& p = t.PortCommParmsTable[5];
     EXPECT_EQ(p.ProgQualifier, "ABCDEFGHIJ");
     EXPECT_EQ(p.RequestCode, " ");
@@ -143,13 +146,14 @@ TEST(PortParmsPacket, ReceivedFieldsAreFittedToTheirWidths)
 TEST(PortParmsPacket, ABadFieldStopsTheTakingApartThereAndKeepsEarlierFields)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     PortParmsTables t;
     t.resize();
     t.PortCommParmsTable[4].DataType = 9;
     EXPECT_EQ(errorNumberRaisedBy([&] {
         Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=1<STX>Port=4<STX>wstat_name=X<STX>Port_No=1<STX>Baud=3<STX>"
                                   "DataType=100000<STX><EOT>"_w,
-            t);
+            t, faults);
     }),
         err::Overflow);
     EXPECT_EQ(t.PortCommParmsTable[4].Baud, 3);
@@ -163,12 +167,12 @@ TEST(PortParmsPacket, PortsWithoutARecordAndUnknownSections)
     EXPECT_EQ(errorNumberRaisedBy([&] { Build_Port_Parms_Packet(1, 128, t); }), err::SubscriptOutOfRange);
     EXPECT_EQ(errorNumberRaisedBy([&] { Build_Port_Parms_Packet(6, -1, t); }), err::SubscriptOutOfRange);
     EXPECT_EQ(errorNumberRaisedBy([&] {
-        Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=5<STX>Port=128<STX>SendConfirmFile=True<STX><EOT>"_w, t);
+        Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=5<STX>Port=128<STX>SendConfirmFile=True<STX><EOT>"_w, t, {});
     }),
         err::SubscriptOutOfRange);
 
     const PortParmsTables before = t;
-    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=7<STX>Port=1<STX>wstat_name=Z<STX><EOT>"_w, t);
+    Extract_Port_Parms_Packet("PKT_TYPE=100<STX>SECTION=7<STX>Port=1<STX>wstat_name=Z<STX><EOT>"_w, t, {});
     EXPECT_EQ(t.PortCommParmsTable, before.PortCommParmsTable);
 }
 

@@ -1,5 +1,6 @@
 #include "protocol/Requests.h"
 #include "protocol/Framing.h"
+#include "protocol/PacketErrorLog.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/Wire.h"
 
@@ -30,10 +31,11 @@ TEST(Requests, EveryBuilderSendsItsExactBytes)
 TEST(Requests, VersionReplyKeepsTheMinorAsText)
 {
     test::ScratchProgramFolder folder;
+    const PacketFaults faults = packetLogOf(folder.logs());
     const std::string reply
         = "PKT_TYPE=170<STX>SECTION=0<STX>VersionMajor=1<STX>VersionMinor=02<STX>MinimumRemoteVersion=1.02<STX><ETX><EOT>"_w;
-    EXPECT_EQ(Get_Host_Version(reply), "1.02");
-    EXPECT_EQ(Get_Minimum_Remote_Version(reply), "1.02");
+    EXPECT_EQ(Get_Host_Version(reply, faults), "1.02");
+    EXPECT_EQ(Get_Minimum_Remote_Version(reply, faults), "1.02");
 }
 
 } // namespace

@@ -13,10 +13,10 @@ TEST(ErrorLog, EachTrappedErrorAppendsOneLine)
     test::ScratchProgramFolder folder;
     folder.write("error.log", "earlier line\r\n");
 
-    EXPECT_FALSE(runTrapped(location::PacketDispatch, [] { raise(err::SubscriptOutOfRange); }));
-    EXPECT_FALSE(runTrapped(7, [] { throw std::out_of_range("vector"); }));
-    EXPECT_FALSE(runTrapped(location::SharedModule, [] { throw std::logic_error("unexpected"); }));
-    EXPECT_TRUE(runTrapped(location::PacketDispatch, [] {}));
+    EXPECT_FALSE(runTrapped(folder.logs(), location::PacketDispatch, [] { raise(err::SubscriptOutOfRange); }));
+    EXPECT_FALSE(runTrapped(folder.logs(), 7, [] { throw std::out_of_range("vector"); }));
+    EXPECT_FALSE(runTrapped(folder.logs(), location::SharedModule, [] { throw std::logic_error("unexpected"); }));
+    EXPECT_TRUE(runTrapped(folder.logs(), location::PacketDispatch, [] {}));
 
     const std::string when = test::ScratchProgramFolder::momentText();
     const std::vector<std::string> expected = {
@@ -34,8 +34,8 @@ TEST(ErrorLog, RepeatsAreCountedAndAFullLogRotates)
 {
     test::ScratchProgramFolder folder;
     for (int i = 0; i < 2 * ErrorLogRepeatsCounted + 5; ++i)
-        Log_Run_Time_Error(location::PacketDispatch, err::SubscriptOutOfRange);
-    Log_Run_Time_Error(location::SharedModule, err::Overflow);
+        Log_Run_Time_Error(folder.logs(), location::PacketDispatch, err::SubscriptOutOfRange);
+    Log_Run_Time_Error(folder.logs(), location::SharedModule, err::Overflow);
     const std::string when = test::ScratchProgramFolder::momentText();
     const std::string repeated = "Error Location 155 Err = 9 repeated ";
     EXPECT_EQ(folder.lines("error.log"),
@@ -45,11 +45,11 @@ TEST(ErrorLog, RepeatsAreCountedAndAFullLogRotates)
 
     // A log that somebody else wrote to, or took away, since starts afresh.
     std::filesystem::remove(folder.file("error.log"));
-    Log_Run_Time_Error(location::SharedModule, err::Overflow);
+    Log_Run_Time_Error(folder.logs(), location::SharedModule, err::Overflow);
     EXPECT_EQ(folder.lines("error.log").size(), 1u);
 
     folder.write("error.log", std::string(ErrorLogRotateAbove + 1, 'x'));
-    Log_Run_Time_Error(location::PacketDispatch, err::Overflow);
+    Log_Run_Time_Error(folder.logs(), location::PacketDispatch, err::Overflow);
     EXPECT_EQ(folder.lines("error.log"), std::vector<std::string>{"Error Location 155 Err = 6 " + when});
     EXPECT_EQ(folder.read("error-Previous.log").size(), static_cast<std::size_t>(ErrorLogRotateAbove + 1));
 }
@@ -58,7 +58,7 @@ TEST(ErrorLog, AnUnwritableLogIsPassedOverSilently)
 {
     test::ScratchProgramFolder folder;
     std::filesystem::create_directory(folder.file("error.log")); // a folder where the file should be
-    EXPECT_NO_THROW(Log_Run_Time_Error(location::PacketDispatch, err::Overflow));
+    EXPECT_NO_THROW(Log_Run_Time_Error(folder.logs(), location::PacketDispatch, err::Overflow));
     EXPECT_EQ(appendLogLine(folder.file("error.log").string(), "x"), err::PathFileAccessError);
     EXPECT_EQ(appendLogLine(folder.file("missing/error.log").string(), "x"), err::PathNotFound);
 }

@@ -1,5 +1,4 @@
 #include "runtime/Places.h"
-#include "runtime/ProgramSetting.h"
 #include "support/ScratchProgramFolder.h"
 
 #include <gtest/gtest.h>
@@ -57,32 +56,6 @@ TEST(Places, FromTheEnvironmentAndTheExecutablesFolder)
             c.programFolder.find("/state") == std::string::npos || std::filesystem::is_directory(places.programFolder))
             << c.name << ": the state folder is made when missing";
     }
-}
-
-// Settings in force one over another: each one's going leaves the one before it in force, in
-// whatever order they go.
-TEST(ProgramSetting, EachGoingLeavesTheOneBeforeItInForce)
-{
-    const std::string outside = programFolder();
-    const auto at = [](const char* folder) {
-        Places places;
-        places.programFolder = folder;
-        return places;
-    };
-    {
-        ProgramSetting first(at("/first"));
-        {
-            ProgramSetting second(at("/second"));
-            EXPECT_EQ(programFolder(), "/second");
-        }
-        EXPECT_EQ(programFolder(), "/first");
-    }
-    auto first = std::make_unique<ProgramSetting>(at("/first"));
-    auto second = std::make_unique<ProgramSetting>(at("/second"));
-    first.reset(); // the earlier one goes first
-    EXPECT_EQ(programFolder(), "/second");
-    second.reset();
-    EXPECT_EQ(programFolder(), outside);
 }
 
 } // namespace

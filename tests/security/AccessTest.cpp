@@ -68,7 +68,7 @@ TEST(Rights, CheckAccessAndTheTemporaryUser)
         {"changed to JONES: asks again", 3, true, {{true, false, {}, {}}, {false, true, {}, {}}}, {4}, false, 2, 0},
     };
     for (const auto& c : cases) {
-        UserStore store;
+        UserStore store("");
         store.users = {user("SUPERVISOR", "", {}), user("GUEST", ""), user("SMITH", "Secret", {4}), user("CLERK", "c"),
             user("JONES", "pw", {5}), user("JONES", "pw", {0}), user("", "gone", {0})};
         store.SupervisorIndex = 0;

@@ -12,7 +12,7 @@ using test::user;
 
 UserStore storeWith(std::string supervisorPassword)
 {
-    UserStore store;
+    UserStore store("");
     store.users = {user("SUPERVISOR", std::move(supervisorPassword), {}, 1), user("GUEST", ""),
         user("SMITH", "Secret", {4}), user("OPEN", ""), user("", "gone", {0})};
     store.SupervisorIndex = 0;

@@ -1,5 +1,4 @@
 #include "security/UserStore.h"
-#include "runtime/ProgramSetting.h"
 #include "support/ScratchProgramFolder.h"
 #include "support/Users.h"
 
@@ -76,7 +75,7 @@ protected:
 TEST_F(UserStoreFile, LoadsEveryRecordAndFindsTheReservedUsers)
 {
     writeStore({user("SMITH", "S1"), user("Guest", ""), user("", "gone"), user("supervisor", "", {}, 1)});
-    UserStore store;
+    UserStore store(path.string());
     EXPECT_EQ(store.CurrentUser, Nobody);
     EXPECT_EQ(store.SupervisorIndex, Nobody);
     ASSERT_EQ(store.Load_User_Store(), TrueValue);
@@ -93,17 +92,17 @@ TEST_F(UserStoreFile, LoadsEveryRecordAndFindsTheReservedUsers)
 
 TEST_F(UserStoreFile, EmptyMissingDamagedAndUnreadableStores)
 {
-    UserStore store;
+    UserStore store(path.string());
     store.users = {user("KEPT", "")};
-    EXPECT_EQ(loadUserStore(store), StoreLoad::Missing);
+    EXPECT_EQ(loadUserStore(store, folder.logs()), StoreLoad::Missing);
 
     std::ofstream(path, std::ios::binary) << std::string(UserRecordLength, '\0');
-    EXPECT_EQ(loadUserStore(store), StoreLoad::Damaged);
+    EXPECT_EQ(loadUserStore(store, folder.logs()), StoreLoad::Damaged);
     EXPECT_EQ(store.users.size(), 1u);
 
     std::filesystem::remove(path);
     std::filesystem::create_directory(path);
-    EXPECT_EQ(loadUserStore(store), StoreLoad::Unreadable);
+    EXPECT_EQ(loadUserStore(store, folder.logs()), StoreLoad::Unreadable);
 
     const std::string when = test::ScratchProgramFolder::momentText();
     EXPECT_EQ(folder.lines("error.log"),
@@ -140,10 +139,10 @@ TEST_F(UserStoreFile, AStoreThatIsNotSoundIsRefused)
     };
     for (const auto& c : cases) {
         std::ofstream(path, std::ios::binary | std::ios::trunc) << c.file;
-        UserStore store;
+        UserStore store(path.string());
         store.users = {user("KEPT", "")};
         store.CurrentUser = 0;
-        EXPECT_EQ(loadUserStore(store), StoreLoad::Damaged) << c.name;
+        EXPECT_EQ(loadUserStore(store, folder.logs()), StoreLoad::Damaged) << c.name;
         EXPECT_NE(store.fault.find(c.says), std::string::npos) << c.name << ": " << store.fault;
         EXPECT_EQ(store.users, std::vector<UserEntry>{user("KEPT", "")}) << c.name;
         EXPECT_EQ(store.SupervisorIndex, Nobody) << c.name;
@@ -153,8 +152,8 @@ TEST_F(UserStoreFile, AStoreThatIsNotSoundIsRefused)
 
     // The supervisor is the marked record wherever it lies, not the first.
     std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes({guest, user("SMITH", ""), supervisor});
-    UserStore store;
-    ASSERT_EQ(loadUserStore(store), StoreLoad::Loaded);
+    UserStore store(path.string());
+    ASSERT_EQ(loadUserStore(store, folder.logs()), StoreLoad::Loaded);
     EXPECT_EQ(store.SupervisorIndex, 2);
     EXPECT_TRUE(store.isSupervisor(2));
     EXPECT_FALSE(store.isSupervisor(0));
@@ -165,7 +164,7 @@ TEST_F(UserStoreFile, AStoreThatIsNotSoundIsRefused)
 TEST_F(UserStoreFile, ASavedRecordReplacesItsOwnOrExtendsTheStore)
 {
     writeStore({user("SUPERVISOR", "", {}, 1), user("GUEST", ""), user("SMITH", "S1", {4})});
-    UserStore store;
+    UserStore store(path.string());
     ASSERT_TRUE(store.Load_User_Store());
 
     store.users[2] = user("JONES", "pw", {0});
@@ -173,7 +172,7 @@ TEST_F(UserStoreFile, ASavedRecordReplacesItsOwnOrExtendsTheStore)
     store.users.push_back(user("BROWN", "b"));
     store.Save_User_Record(3);
 
-    UserStore reloaded;
+    UserStore reloaded(path.string());
     ASSERT_TRUE(reloaded.Load_User_Store());
     EXPECT_EQ(reloaded.users, store.users);
     EXPECT_EQ(std::filesystem::file_size(path), 4 * UserRecordLength);
@@ -182,15 +181,12 @@ TEST_F(UserStoreFile, ASavedRecordReplacesItsOwnOrExtendsTheStore)
 
 TEST_F(UserStoreFile, SavingCreatesAMissingStoreButNotItsFolder)
 {
-    UserStore store;
+    UserStore store(path.string());
     store.users = {user("SUPERVISOR", "", {}, 1)};
     store.Save_User_Record(0);
     EXPECT_EQ(std::filesystem::file_size(path), UserRecordLength);
 
-    Places nowhere = folder.places();
-    nowhere.storeFile = folder.file("nowhere/BRELLWICK/BWKXBIDS.DAT").string();
-    const ProgramSetting setting(nowhere);
-    UserStore elsewhere;
+    UserStore elsewhere(folder.file("nowhere/BRELLWICK/BWKXBIDS.DAT").string());
     elsewhere.users = store.users;
     EXPECT_EQ(errorNumberRaisedBy([&] { elsewhere.Save_User_Record(0); }), err::PathNotFound);
 }

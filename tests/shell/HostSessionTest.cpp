@@ -77,7 +77,7 @@ public:
         plant = std::make_unique<test::SimulatedPlant>();
         config = std::make_unique<HostConfiguration>(*plant->registry);
         config->load();
-        session = std::make_unique<HostSession>(*config, ui, timers);
+        session = std::make_unique<HostSession>(*config, ui, timers, plant->folder.logs());
     }
     HostSimulator& host() { return plant->host; }
     bool settled()
@@ -449,7 +449,7 @@ TEST_F(Session, TheRulesOfShowingARecordRunOnEveryFetch)
     settleWhenAsked();
     ASSERT_TRUE(session->UpdateCommParms(port));
     QStringList byRule;
-    for (const QJsonValue& field : test::changeRecordLines().at(0).value(QStringLiteral("fields")).toArray())
+    for (const QJsonValue& field : test::changeRecordLines(plant->folder.logs()).at(0).value(QStringLiteral("fields")).toArray())
         if (field.toObject().value(QStringLiteral("by")).toString() == QStringLiteral("rule"))
             byRule << field.toObject().value(QStringLiteral("name")).toString();
     EXPECT_EQ(byRule, (QStringList{QStringLiteral("bPurgeIfInactive"), QStringLiteral("OutHdrVal2")}));
@@ -500,7 +500,7 @@ TEST_F(Session, EveryEndOfAnUpdateLeavesOneLineThatSaysWhere)
         host().faults.ackSectionsUpTo = 2;
         whenHostHas(packet_type::PortParms, 3, [this, &c] { c.atSectionThree(*this); });
         EXPECT_FALSE(session->UpdateCommParms(2));
-        const std::vector<QJsonObject> record = test::changeRecordLines();
+        const std::vector<QJsonObject> record = test::changeRecordLines(plant->folder.logs());
         ASSERT_EQ(record.size(), 1u) << c.outcome;
         EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString().toStdString(), c.outcome);
         EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.outcome;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runtime/Logs.h"
 #include "session/ChangeRecord.h"
 
 #include <QJsonArray>
@@ -14,12 +15,12 @@ namespace corvane::test {
 
 // The record of changes as its reader takes it in: the well-formed lines, those of one port
 // when given.
-inline std::vector<QJsonObject> changeRecordLines(std::optional<int> port = std::nullopt)
+inline std::vector<QJsonObject> changeRecordLines(const Logs& logs, std::optional<int> port = std::nullopt)
 {
     std::vector<QJsonObject> lines;
     ChangeFilter filter;
     filter.port = port;
-    const ChangeRecordScan scan = scanChangeRecord(filter, [&lines](const QJsonObject& line) {
+    const ChangeRecordScan scan = scanChangeRecord(logs, filter, [&lines](const QJsonObject& line) {
         lines.push_back(line);
         return true;
     });

@@ -69,7 +69,8 @@ public:
     GenMsgBoxes boxes{[this](int status) { untrappedEnd = status; }};
     test::ScriptedDesktop desktop;
     Services services{boxes, desktop};
-    Terminal terminal{*plant.registry, timers, "tester"};
+    Places places = plant.folder.places(); // a test may move them before it starts the program
+    std::unique_ptr<Terminal> terminal;
     std::unique_ptr<DesktopProgram> program;
     std::optional<int> finished;
     bool settleAcksAtOnce = true;
@@ -79,7 +80,9 @@ public:
     // Starts the program as main does, and lets the start-up form go on by itself.
     frmCVRemote& start(ProgramOptions options = {})
     {
-        program = std::make_unique<DesktopProgram>(std::move(options), terminal, services);
+        program.reset(); // a program started before goes with its terminal
+        terminal = std::make_unique<Terminal>(*plant.registry, timers, "tester", places, ScratchProgramFolder::clock());
+        program = std::make_unique<DesktopProgram>(std::move(options), *terminal, services);
         QObject::connect(program.get(), &DesktopProgram::finished, [this](int status) { finished = status; });
         // The moment an update looks for late acknowledgements passes at once, unless a test
         // wants the host's surplus to show within it.

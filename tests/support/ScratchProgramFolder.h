@@ -1,7 +1,8 @@
 #pragma once
 
 #include "runtime/DateTimeText.h"
-#include "runtime/ProgramSetting.h"
+#include "runtime/Logs.h"
+#include "runtime/Places.h"
 #include "runtime/RunTimeError.h"
 
 #include <gtest/gtest.h>
@@ -30,27 +31,24 @@ inline void setVariable(const char* name, const char* value)
 #endif
 }
 
-// A throw-away program folder and a clock stopped at a known moment, in force as the program's
-// setting while the folder lives, so that the logs a test provokes land in a folder of its own
-// with predictable lines. The programs a test starts find the same folder through the
-// environment (CORVANE_PROGRAM_DIR, CORVANE_ROOT), as they would at a user's.
+// A throw-away program folder and a clock stopped at a known moment, for the terminals and logs a
+// test makes, so that the lines it provokes land in a folder of its own with predictable times.
+// The programs a test starts find the same folder through the environment (CORVANE_PROGRAM_DIR,
+// CORVANE_ROOT), as they would at a user's.
 class ScratchProgramFolder {
 public:
     static constexpr DateTime Moment{2026, 11, 15, 2, 16, 36};
 
     ScratchProgramFolder()
+        : path_(std::filesystem::temp_directory_path() / ("corvane-test-" + std::to_string(std::random_device{}())))
+        , places_{(path_ / "BRELLWICK" / "BWKXBIDS.DAT").string(), path_.string(), {}, "C"}
+        , logs_(places_.programFolder, clock())
     {
-        std::random_device seed;
-        path_ = std::filesystem::temp_directory_path() / ("corvane-test-" + std::to_string(seed()));
         std::filesystem::create_directories(path_);
         setVariable("CORVANE_PROGRAM_DIR", path_.string().c_str());
-        places_.programFolder = path_.string();
-        places_.storeFile = chooseStorePlace(DefaultStorePlace, OldStorePlace);
-        setting_.emplace(places_, [] { return Moment; });
     }
     ~ScratchProgramFolder()
     {
-        setting_.reset();
         setVariable("CORVANE_PROGRAM_DIR", nullptr);
         setVariable("CORVANE_ROOT", nullptr);
         std::error_code ec;
@@ -61,19 +59,23 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
 
-    // Makes this folder the root the user store lies under (CORVANE_ROOT) and returns the
+    // Makes this folder the root the user store lies under for the programs a test starts
+    // (CORVANE_ROOT; a terminal the test makes looks there from the start) and returns the
     // store's path, its BRELLWICK folder created.
     std::filesystem::path useAsStoreRoot() const
     {
         setVariable("CORVANE_ROOT", path_.string().c_str());
         std::filesystem::create_directories(path_ / "BRELLWICK");
-        const std::filesystem::path store = path_ / "BRELLWICK" / "BWKXBIDS.DAT";
-        places_.storeFile = store.string();
-        setting_.reset();
-        setting_.emplace(places_, [] { return Moment; });
-        return store;
+        return places_.storeFile;
     }
+    // Where a terminal of the test keeps what it keeps: this folder, and the store as set.
     const Places& places() const { return places_; }
+    // The test's own logs in this folder, by the stopped clock.
+    Logs& logs() { return logs_; }
+    static Clock clock()
+    {
+        return [] { return Moment; };
+    }
     std::filesystem::path file(const std::string& name) const { return path_ / name; }
     bool exists(const std::string& name) const { return std::filesystem::exists(file(name)); }
 
@@ -104,12 +106,12 @@ public:
         return out;
     }
 
-    static std::string momentText() { return generalDateText(Moment); }
+    static std::string momentText() { return generalDateText(Moment, dateTimeFormatFor("C")); }
 
 private:
     std::filesystem::path path_;
-    mutable Places places_;
-    mutable std::optional<ProgramSetting> setting_;
+    Places places_;
+    Logs logs_;
 };
 
 // Whether a test may make symbolic links here: Windows gives them only to a user with the

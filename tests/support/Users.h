@@ -42,10 +42,10 @@ inline std::string storeBytes(std::initializer_list<UserEntry> entries)
     return out;
 }
 
-// Writes a store of these users where the program looks for it.
-inline void createStore(std::vector<UserEntry> users)
+// Writes a store of these users at `path`.
+inline void createStore(const std::string& path, std::vector<UserEntry> users)
 {
-    UserStore store;
+    UserStore store(path);
     store.users = std::move(users);
     for (std::int16_t i = 0; i < store.count(); ++i)
         store.Save_User_Record(i);

@@ -189,7 +189,7 @@ void frmCommParms::showHelp()
     if (const QWidget* focused = focusWidget())
         if (const FieldRow* row = fieldOfControl(toLatin1Bytes(focused->objectName())))
             topic = fromLatin1Bytes(row->helpAnchor);
-    showProgramHelp(services_.desktop, services_.boxes, topic);
+    showProgramHelp(services_.desktop, services_.boxes, link_.logs().folder(), topic);
 }
 
 // The user moved to another port: told once per run that Update sends the shown port only,
@@ -339,7 +339,7 @@ void frmCommParms::cmdUpdate_Click()
         const KeepFocus keep;
         ui->cmdUpdate->setEnabled(false);
         ui->PortSpin->setEnabled(false);
-        runTrapped(location::CommParmsUpdate, [&] { link_.UpdateCommParms(port); });
+        runTrapped(link_.logs(), location::CommParmsUpdate, [&] { link_.UpdateCommParms(port); });
         ui->PortSpin->setEnabled(true);
         showFetchState();
     }

@@ -18,11 +18,13 @@ std::int16_t indexOf(const QListWidgetItem* item)
 
 } // namespace
 
-frmSupervisorOps::frmSupervisorOps(UserStore& store, const RightsList& rights, MessageBoxes& boxes, QWidget* parent)
+frmSupervisorOps::frmSupervisorOps(
+    UserStore& store, const RightsList& rights, Logs& logs, MessageBoxes& boxes, QWidget* parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::frmSupervisorOps>())
     , store_(store)
     , rights_(rights)
+    , logs_(logs)
     , boxes_(boxes)
 {
     ui->setupUi(this);
@@ -30,7 +32,7 @@ frmSupervisorOps::frmSupervisorOps(UserStore& store, const RightsList& rights, M
     checks_ = std::make_unique<RightsChecks>(rights, ui->pic2Rights, ui->chkRights_0, ui->vscrRights);
 
     connect(ui->lstUserList, &QListWidget::currentItemChanged, this,
-        [this](QListWidgetItem* item) { guarded(boxes_, [&] { userSelected(item); }); });
+        [this](QListWidgetItem* item) { guarded(logs_, boxes_, [&] { userSelected(item); }); });
     for (std::int16_t i = 0; i < store.count(); ++i) {
         const UserEntry& user = store.users[static_cast<std::size_t>(i)];
         if (user.UserName.empty())
@@ -41,9 +43,9 @@ frmSupervisorOps::frmSupervisorOps(UserStore& store, const RightsList& rights, M
             ui->lstUserList->setCurrentItem(item);
     }
 
-    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { addUser(); }); });
-    connect(ui->cmdButton_1, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { modifyUser(); }); });
-    connect(ui->cmdButton_2, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { deleteUser(); }); });
+    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded(logs_, boxes_, [this] { addUser(); }); });
+    connect(ui->cmdButton_1, &QPushButton::clicked, this, [this] { guarded(logs_, boxes_, [this] { modifyUser(); }); });
+    connect(ui->cmdButton_2, &QPushButton::clicked, this, [this] { guarded(logs_, boxes_, [this] { deleteUser(); }); });
     connect(ui->cmdButton_3, &QPushButton::clicked, this, &QDialog::accept);
 }
 
@@ -72,7 +74,7 @@ void frmSupervisorOps::LoadUserInfo()
 
 void frmSupervisorOps::addUser()
 {
-    frmUserInfo form(store_, rights_, boxes_, true, this);
+    frmUserInfo form(store_, rights_, logs_, boxes_, true, this);
     form.exec();
     if (const auto saved = form.savedIndex()) {
         auto* item = new QListWidgetItem(fromLatin1Bytes(store_.user(*saved).UserName), ui->lstUserList);
@@ -85,7 +87,7 @@ void frmSupervisorOps::addUser()
 void frmSupervisorOps::modifyUser()
 {
     const UserEntry before = store_.user(store_.SelectedUser);
-    frmUserInfo form(store_, rights_, boxes_, false, this);
+    frmUserInfo form(store_, rights_, logs_, boxes_, false, this);
     form.exec();
     if (const auto saved = form.savedIndex()) {
         if (ui->lstUserList->currentItem())

@@ -25,7 +25,8 @@ class frmSupervisorOps : public QDialog {
     Q_OBJECT
 
 public:
-    frmSupervisorOps(UserStore& store, const RightsList& rights, MessageBoxes& boxes, QWidget* parent = nullptr);
+    frmSupervisorOps(
+        UserStore& store, const RightsList& rights, Logs& logs, MessageBoxes& boxes, QWidget* parent = nullptr);
     ~frmSupervisorOps() override;
 
     // Told of each change written to the store: the entry before (none: a user added) and after
@@ -45,6 +46,7 @@ private:
     std::unique_ptr<RightsChecks> checks_;
     UserStore& store_;
     const RightsList& rights_;
+    Logs& logs_;
     MessageBoxes& boxes_;
     UserSaved saved_;
 };

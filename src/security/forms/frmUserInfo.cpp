@@ -14,12 +14,13 @@
 
 namespace corvane {
 
-frmUserInfo::frmUserInfo(
-    UserStore& store, const RightsList& rights, MessageBoxes& boxes, bool addingUser, QWidget* parent)
+frmUserInfo::frmUserInfo(UserStore& store, const RightsList& rights, Logs& logs, MessageBoxes& boxes,
+    bool addingUser, QWidget* parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::frmUserInfo>())
     , store_(store)
     , rights_(rights)
+    , logs_(logs)
     , boxes_(boxes)
     , adding_(addingUser)
 {
@@ -47,7 +48,7 @@ frmUserInfo::frmUserInfo(
     connect(ui->txtPassword, &QLineEdit::textEdited, this, &frmUserInfo::somethingChanged);
     for (QCheckBox* box : checks_->boxes())
         connect(box, &QCheckBox::clicked, this, &frmUserInfo::somethingChanged);
-    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded(boxes_, [this] { pressOk(); }); });
+    connect(ui->cmdButton_0, &QPushButton::clicked, this, [this] { guarded(logs_, boxes_, [this] { pressOk(); }); });
     connect(ui->cmdButton_1, &QPushButton::clicked, this, &QDialog::reject);
 }
 

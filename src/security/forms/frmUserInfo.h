@@ -22,8 +22,8 @@ class frmUserInfo : public QDialog {
     Q_OBJECT
 
 public:
-    frmUserInfo(
-        UserStore& store, const RightsList& rights, MessageBoxes& boxes, bool addingUser, QWidget* parent = nullptr);
+    frmUserInfo(UserStore& store, const RightsList& rights, Logs& logs, MessageBoxes& boxes, bool addingUser,
+        QWidget* parent = nullptr);
     ~frmUserInfo() override;
 
     std::optional<std::int16_t> savedIndex() const { return saved_; }
@@ -37,6 +37,7 @@ private:
     std::unique_ptr<RightsChecks> checks_;
     UserStore& store_;
     const RightsList& rights_;
+    Logs& logs_;
     MessageBoxes& boxes_;
     bool adding_;
     std::string passwordAtOpen_;

@@ -103,9 +103,9 @@ frmCVRemote::frmCVRemote(Terminal& terminal, Services& services, QWidget* parent
         ui->mnuConfiguration, &QAction::triggered, this, [this] { guardedCommand([this] { openConfiguration(); }); });
     connect(ui->mnuSetupUsers, &QAction::triggered, this, [this] {
         guardedCommand([this] {
-            frmSupervisorOps form(store_, rights_, services_.boxes, this);
+            frmSupervisorOps form(store_, rights_, terminal_.logs(), services_.boxes, this);
             form.setUserSaved([this](const std::optional<UserEntry>& before, const std::optional<UserEntry>& after) {
-                recordLocalChange(change_kind::UserAdmin, session_.changeActor(), userFields(before, after, rights_));
+                recordLocalChange(terminal_.logs(), change_kind::UserAdmin, session_.changeActor(), userFields(before, after, rights_));
             });
             form.exec();
         });
@@ -146,7 +146,7 @@ void frmCVRemote::layOut()
 
 template <typename Body> void frmCVRemote::guardedCommand(Body&& body)
 {
-    guarded(services_.boxes, std::forward<Body>(body));
+    guarded(terminal_.logs(), services_.boxes, std::forward<Body>(body));
 }
 
 std::string frmCVRemote::title() const
@@ -210,7 +210,7 @@ void frmCVRemote::Form_Activate()
 void frmCVRemote::activate()
 {
     ui->lblVersion->setText(QStringLiteral("Version: ") + QString::fromLatin1(clientVersionText().c_str()));
-    if (loadUserStore(store_) != StoreLoad::Loaded) {
+    if (loadUserStore(store_, terminal_.logs()) != StoreLoad::Loaded) {
         // The store's own fault, when it has one, follows the usual words.
         const std::string why = store_.fault.empty() ? std::string() : "\r\n\r\n" + store_.fault;
         services_.boxes.MsgBox(message::accessDenied() + why, msg::Critical, std::string(message::AccessDeniedTitle));
@@ -263,7 +263,7 @@ void frmCVRemote::openConfiguration()
     ChangeActor actor = session_.changeActor();
     if (!Check_Access(store_, CommParmsRight, TrueValue, prompts_, &actor.authorisedBy))
         return;
-    frmConfiguration form(config_, services_.boxes, actor, this);
+    frmConfiguration form(config_, terminal_.logs(), services_.boxes, actor, this);
     form.exec();
     // The picker shows the names as they now are.
     Populate_Host();

@@ -75,7 +75,8 @@ void frmCVRemoteStartup::openConfiguration()
         services_.boxes.MsgBox(message::insufficientRights(), 0, toLatin1Bytes(QApplication::applicationName()));
     } else {
         // Before anyone has logged in: the record names the program and its account only.
-        frmConfiguration form(config, services_.boxes, ChangeActor{"desktop", terminal_.osUser(), {}, {}}, this);
+        frmConfiguration form(
+            config, terminal_.logs(), services_.boxes, ChangeActor{"desktop", terminal_.osUser(), {}, {}}, this);
         form.exec();
     }
     Form_Activate(); // back at the start-up form, whether or not the window system says so

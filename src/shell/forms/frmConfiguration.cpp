@@ -15,10 +15,12 @@
 
 namespace corvane {
 
-frmConfiguration::frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, ChangeActor actor, QWidget* parent)
+frmConfiguration::frmConfiguration(
+    HostConfiguration& config, Logs& logs, MessageBoxes& boxes, ChangeActor actor, QWidget* parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::frmConfiguration>())
     , config_(config)
+    , logs_(logs)
     , boxes_(boxes)
     , actor_(std::move(actor))
 {
@@ -123,7 +125,7 @@ void frmConfiguration::storePorts()
 void frmConfiguration::save()
 {
     storePorts();
-    if (!saveConfiguration(config_, actor_))
+    if (!saveConfiguration(config_, logs_, actor_))
         boxes_.MsgBox("The configuration could not be saved: this user may not write the machine's settings.",
             msg::Exclamation, toLatin1Bytes(QApplication::applicationName()));
     accept();

@@ -25,7 +25,8 @@ class frmConfiguration : public QDialog {
     Q_OBJECT
 
 public:
-    frmConfiguration(HostConfiguration& config, MessageBoxes& boxes, ChangeActor actor, QWidget* parent = nullptr);
+    frmConfiguration(
+        HostConfiguration& config, Logs& logs, MessageBoxes& boxes, ChangeActor actor, QWidget* parent = nullptr);
     ~frmConfiguration() override;
 
     void Populate_Host_Fields(int n);
@@ -41,6 +42,7 @@ private:
 
     std::unique_ptr<Ui::frmConfiguration> ui;
     HostConfiguration& config_;
+    Logs& logs_;
     MessageBoxes& boxes_;
     ChangeActor actor_;
     std::array<QLineEdit*, 6> names_{};
