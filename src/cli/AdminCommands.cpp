@@ -16,19 +16,6 @@
 namespace corvane::cli {
 namespace {
 
-// "--name T" and the like after the command's own words.
-std::optional<QString> takeOption(QStringList& args, const QString& option)
-{
-    const qsizetype at = args.indexOf(option);
-    if (at < 0)
-        return std::nullopt;
-    if (at + 1 >= args.size())
-        throw UsageError{option + QStringLiteral(" needs a value")};
-    QString value = args[at + 1];
-    args.remove(at, 2);
-    return value;
-}
-
 void saveSettings(Client& client)
 {
     if (!saveConfiguration(client.configuration(), client.logs(), client.session().changeActor())) {
@@ -63,11 +50,13 @@ int configShow(Client& client)
 }
 
 // As the configuration form takes a port: corrected as it corrects it, refused as a duplicate.
-int configSetHost(Client& client, QStringList args)
+int configSetHost(Client& client, const QStringList& args)
 {
-    const auto name = takeOption(args, QStringLiteral("--name"));
-    const auto address = takeOption(args, QStringLiteral("--address"));
-    const auto socketPort = takeOption(args, QStringLiteral("--socket-port"));
+    const Options& o = client.options();
+    o.allowOnly({"--name", "--address", "--socket-port"}, QStringLiteral("config set-host"));
+    const auto name = o.value("--name");
+    const auto address = o.value("--address");
+    const auto socketPort = o.value("--socket-port");
     bool ok = false;
     const int n = args.value(0).toInt(&ok);
     if (args.size() != 1 || !ok || n < 1 || n > HostCount)
@@ -101,6 +90,7 @@ int configSetHost(Client& client, QStringList args)
 
 int configSetIdle(Client& client, const QStringList& args)
 {
+    client.options().allowOnly({}, QStringLiteral("config set-idle"));
     const std::string typed = toLatin1Bytes(args.value(0));
     if (args.size() != 1 || typed.empty() || typed.find_first_not_of("0123456789") != std::string::npos)
         throw UsageError{QStringLiteral("config set-idle takes the minutes, 0 to 60")};
@@ -158,6 +148,7 @@ void saveUser(Client& client, std::int16_t index, const std::string& name, const
 
 int usersList(Client& client)
 {
+    client.options().allowOnly({}, QStringLiteral("users list"));
     UserStore& store = client.users();
     QJsonArray all;
     for (const UserEntry& user : store.users) {
@@ -187,15 +178,14 @@ int usersList(Client& client)
     return Done;
 }
 
-int usersAdd(Client& client, QStringList args)
+int usersAdd(Client& client, const QStringList& args)
 {
-    const std::string password = toLatin1Bytes(takeOption(args, QStringLiteral("--password")).value_or(QString()));
+    const Options& o = client.options();
+    o.allowOnly({"--password", "--grant"}, QStringLiteral("users add"));
+    const std::string password = toLatin1Bytes(o.value("--password").value_or(QString()));
     std::vector<bool> checked(client.rights().rows.size(), false);
-    if (const qsizetype at = args.indexOf(QStringLiteral("--grant")); at >= 0) {
-        for (qsizetype i = at + 1; i < args.size(); ++i)
-            checked[rightsRow(client.rights(), args[i])] = true;
-        args = args.mid(0, at);
-    }
+    for (const QString& right : o.words("--grant"))
+        checked[rightsRow(client.rights(), right)] = true;
     if (args.size() != 1)
         throw UsageError{QStringLiteral("users add takes one NAME")};
     const std::string name = toLatin1Bytes(args[0]);
@@ -214,11 +204,13 @@ int usersAdd(Client& client, QStringList args)
     return Done;
 }
 
-int usersPasswd(Client& client, QStringList args)
+int usersPasswd(Client& client, const QStringList& args)
 {
-    const std::optional<QString> given = takeOption(args, QStringLiteral("--new-password"));
+    const Options& o = client.options();
+    o.allowOnly({"--new-password", "--no-password"}, QStringLiteral("users passwd"));
+    const std::optional<QString> given = o.value("--new-password");
     // Removing a password is said in so many words, never an empty answer.
-    const bool removal = args.removeAll(QStringLiteral("--no-password")) > 0;
+    const bool removal = o.has("--no-password");
     if (args.size() != 1 || (removal && given))
         throw UsageError{QStringLiteral("users passwd takes one NAME, and --new-password T or --no-password")};
     const std::int16_t index = userNamed(client, args[0]);
@@ -257,6 +249,7 @@ int usersPasswd(Client& client, QStringList args)
 
 int usersGrant(Client& client, const QStringList& args, bool grant)
 {
+    client.options().allowOnly({}, grant ? QStringLiteral("users grant") : QStringLiteral("users revoke"));
     if (args.size() < 2)
         throw UsageError{QStringLiteral("users %1 takes a NAME and at least one RIGHT")
                              .arg(QLatin1String(grant ? "grant" : "revoke"))};
@@ -273,6 +266,7 @@ int usersGrant(Client& client, const QStringList& args, bool grant)
 
 int usersDelete(Client& client, const QStringList& args)
 {
+    client.options().allowOnly({}, QStringLiteral("users delete"));
     if (args.size() != 1)
         throw UsageError{QStringLiteral("users delete takes one NAME")};
     const std::int16_t index = userNamed(client, args[0]);
@@ -303,8 +297,10 @@ int config(Client& client)
         throw UsageError{QStringLiteral("config takes show, set-host or set-idle")};
     client.logIn();
     client.needRight(CommParmsRight);
-    if (what == QLatin1String("show"))
+    if (what == QLatin1String("show")) {
+        client.options().allowOnly({}, QStringLiteral("config show"));
         return configShow(client);
+    }
     if (what == QLatin1String("set-host"))
         return configSetHost(client, args);
     return configSetIdle(client, args);

@@ -28,15 +28,6 @@ namespace {
 
 constexpr int AnswerLimitMs = 5000; // a host that answers nothing in this time does not answer
 
-int numberOption(const QString& option, const QString& value, int least, int most)
-{
-    bool ok = false;
-    const int n = value.toInt(&ok);
-    if (!ok || n < least || n > most)
-        throw UsageError{QStringLiteral("%1 takes %2 to %3, not \"%4\"").arg(option).arg(least).arg(most).arg(value)};
-    return n;
-}
-
 struct Command {
     const char* name;
     int (*run)(Client&);
@@ -95,67 +86,6 @@ QString indented(const char* text, const QString& indent)
 
 } // namespace
 
-Options parseOptions(const QStringList& arguments, std::optional<QString> environmentPassword)
-{
-    Options o;
-    bool inCommand = false;
-    for (qsizetype i = 1; i < arguments.size(); ++i) {
-        const QString& a = arguments[i];
-        const auto value = [&](const QString& option) -> QString {
-            if (a.startsWith(option + QLatin1Char('=')))
-                return a.mid(option.size() + 1);
-            if (i + 1 >= arguments.size())
-                throw UsageError{option + QStringLiteral(" needs a value")};
-            return arguments[++i];
-        };
-        const auto is = [&a](const char* option) {
-            const QLatin1String name(option);
-            return a == name || a.startsWith(name + QLatin1Char('='));
-        };
-        if (a == QLatin1String("--json")) {
-            o.json = true;
-        } else if (a == QLatin1String("--yes")) {
-            o.yes = true;
-        } else if (inCommand) {
-            o.arguments << a;
-        } else if (is("--host")) {
-            o.host = value(QStringLiteral("--host"));
-        } else if (is("--port")) {
-            o.port = numberOption(QStringLiteral("--port"), value(QStringLiteral("--port")), 1, 65535);
-        } else if (is("--host-number")) {
-            o.hostNumber
-                = numberOption(QStringLiteral("--host-number"), value(QStringLiteral("--host-number")), 1, HostCount);
-        } else if (is("--user")) {
-            o.user = value(QStringLiteral("--user"));
-        } else if (is("--password-file")) {
-            o.passwordFile = value(QStringLiteral("--password-file"));
-        } else if (is("--password")) {
-            o.password = value(QStringLiteral("--password"));
-            o.passwordOnCommandLine = true;
-        } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
-            o.command = QStringLiteral("help");
-            inCommand = true;
-        } else if (a == QLatin1String("--version")) {
-            o.command = QStringLiteral("version");
-            inCommand = true;
-        } else if (a.startsWith(QLatin1Char('-'))) {
-            throw UsageError{QStringLiteral("Unknown option '%1'.").arg(a)};
-        } else {
-            o.command = a;
-            inCommand = true;
-        }
-    }
-    if (o.password && o.passwordFile)
-        throw UsageError{QStringLiteral("give --password or --password-file, not both")};
-    if (!o.password && !o.passwordFile && environmentPassword)
-        o.password = std::move(environmentPassword);
-    if (o.command.isEmpty())
-        throw UsageError{QStringLiteral("no command given")};
-    if (o.command != QLatin1String("help") && o.command != QLatin1String("version") && !commandNamed(o.command))
-        throw UsageError{QStringLiteral("Unknown command '%1'.").arg(o.command)};
-    return o;
-}
-
 QString helpText(const QString& command)
 {
     if (const Command* c = commandNamed(command))
@@ -171,6 +101,8 @@ QString helpText(const QString& command)
         "  --port N             TCP port (default: the configured socket port of that host; 49140 with\n"
         "                       --host and no configuration)\n"
         "  --host-number N      configured host N, 1 to 5\n"
+        "  --timeout SECONDS    the longest wait for the connect and for each reply (default: the\n"
+        "                       desktop's own waits)\n"
         "  --user NAME          log in as NAME\n"
         "  --password-file FILE its password: the first line of FILE, which only its owner may read\n"
         "  --password TEXT      its password, seen by every user in the process list (warned about);\n"
@@ -179,6 +111,9 @@ QString helpText(const QString& command)
         "  --yes                answer Yes to the questions (purge, deleting a user, the supervisor's\n"
         "                       first password)\n"
         "  --help, --version    this text (COMMAND --help: the command's own), the program's version\n\n"
+        "Options go before or after the command; after it, an option of the command's own is the\n"
+        "command's (history --user NAME). \"--\" ends the options. An option the command does not use\n"
+        "(--host for a command that connects to no host) is a usage error.\n\n"
         "Commands:\n");
     for (const Command& c : Commands)
         text += QStringLiteral("  %1\n        %2\n")
@@ -281,7 +216,10 @@ int Client::runCommand()
             print(QStringLiteral("corvane-remote-cli ") + QString::fromStdString(clientVersionText()));
             return Done;
         }
-        return commandNamed(options_.command)->run(*this);
+        const Command* command = commandNamed(options_.command);
+        if (!command)
+            throw UsageError{QStringLiteral("Unknown command '%1'.").arg(options_.command)};
+        return command->run(*this);
     } catch (const UsageError& e) {
         say("corvane-remote-cli: " + toLatin1Bytes(e.what) + "\nTry 'corvane-remote-cli "
             + toLatin1Bytes(options_.command) + " --help'.");
@@ -367,14 +305,38 @@ void Client::connect()
     }
     if (options_.port)
         terminal_.configuration().SocketPorts[i] = *options_.port;
+    const QString where
+        = QStringLiteral("%1:%2").arg(terminal_.configuration().HostIPs[i]).arg(terminal_.configuration().SocketPorts[i]);
     HostSession& s = session();
+    if (options_.timeoutSeconds)
+        s.setReplyLimit(replyLimitMs());
     s.cboHostName_Click(n);
     s.Command1_Click(terminal_.configuration().HostIPs[i]);
-    s.waitUntil([this, &s] {
-        return stopSignal() != 0
-            || (s.connectState() != ConnectState::Connecting && s.connectState() != ConnectState::AwaitingVersion);
-    });
+    // The connect and the version's reply within --timeout; a socket that fails (refused, no
+    // route) ends it at once, with the system's reason, rather than at the end of the wait.
+    bool expired = false;
+    std::unique_ptr<ProgramTimer> limit;
+    if (options_.timeoutSeconds) {
+        limit = terminal_.timers().make("tmrConnectLimit", *options_.timeoutSeconds * 1000);
+        QObject::connect(limit.get(), &ProgramTimer::timeout, [&expired, &limit, &s] {
+            limit->stop();
+            expired = true;
+            s.cancelWaits();
+        });
+        limit->start();
+    }
+    const auto connecting = [&s] {
+        return s.connectState() == ConnectState::Connecting || s.connectState() == ConnectState::AwaitingVersion;
+    };
+    s.waitUntil([&] { return stopSignal() != 0 || !connecting() || expired || !s.socketFailure().isEmpty(); });
     endIfStopped();
+    const QString reason = s.socketFailure();
+    if (connecting()) {
+        s.abandonConnect();
+        say(toLatin1Bytes(QStringLiteral("corvane-remote-cli: could not connect to %1: %2")
+                .arg(where, !reason.isEmpty() ? reason : QStringLiteral("no answer within %1 s").arg(*options_.timeoutSeconds))));
+        end(s.connectFailure() == ConnectFailure::VersionTimedOut ? NoAnswer : NoConnection);
+    }
     switch (s.connectFailure()) {
     case ConnectFailure::None:
         if (!s.connected())
@@ -389,13 +351,20 @@ void Client::connect()
         end(VersionRefused);
     case ConnectFailure::Refused:
     case ConnectFailure::TimedOut:
+        say(toLatin1Bytes(QStringLiteral("corvane-remote-cli: could not connect to %1: %2")
+                .arg(where, reason.isEmpty() ? QStringLiteral("no answer") : reason)));
         end(NoConnection);
     }
 }
 
+int Client::replyLimitMs() const
+{
+    return options_.timeoutSeconds ? *options_.timeoutSeconds * 1000 : AnswerLimitMs;
+}
+
 void Client::awaitPortStates()
 {
-    if (!waitFor([this] { return tableChanges_ > 0; }, AnswerLimitMs)) {
+    if (!waitFor([this] { return tableChanges_ > 0; }, replyLimitMs())) {
         say("The host sent no port states.");
         end(NoAnswer);
     }
@@ -429,7 +398,7 @@ void Client::recordLocalChange(std::string_view kind, std::vector<RecordedField>
 
 void Client::drain()
 {
-    waitFor([this] { return session().allSent(); }, AnswerLimitMs);
+    waitFor([this] { return session().allSent(); }, replyLimitMs());
 }
 
 std::int16_t Client::portArgument(const QString& text) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Grammar.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
 #include "platform/StopSignals.h"
@@ -35,32 +36,11 @@ enum Exit : int {
 // Where a host listens unless it is configured otherwise.
 inline constexpr int DefaultHostPort = 49140;
 
-// The options before the command, and the command with what follows it.
-struct Options {
-    std::optional<QString> host;
-    std::optional<int> port;
-    std::optional<int> hostNumber;
-    std::optional<QString> user;
-    std::optional<QString> password;
-    bool passwordOnCommandLine = false; // seen in the process list: warned about
-    std::optional<QString> passwordFile;
-    bool json = false;
-    bool yes = false;
-    QString command;
-    QStringList arguments; // the command's own words and options
-};
-
-// A usage error: what was wrong, for standard error; exits 2.
-struct UsageError {
-    QString what;
-};
 // An end the command reached on its way: the status, the message already said.
 struct Ending {
     int status;
 };
 
-// `environmentPassword`: what the environment offers (CORVANE_PASSWORD), taken when no other is given.
-Options parseOptions(const QStringList& arguments, std::optional<QString> environmentPassword = {}); // throws UsageError
 // Text as it may reach a terminal: control characters written as \xNN (line breaks kept when
 // asked).
 QString shownOnTerminal(const QString& text, bool keepLineBreaks);
@@ -102,6 +82,8 @@ public:
     // with 1, 3 or 4 otherwise.
     void connect();
     int portTableChanges() const { return tableChanges_; }
+    // The longest wait for a reply: --timeout, else the client's own.
+    int replyLimitMs() const;
     bool ftpRefused() const { return ftpRefused_; }
     bool loggedOff() const { return loggedOff_; }
     // Waits until `done` holds, the session's events waking the wait; false after `limitMs`.

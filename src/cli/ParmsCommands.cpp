@@ -315,12 +315,11 @@ int setParms(Client& client)
 
 int exportParms(Client& client)
 {
-    QStringList args = client.options().arguments;
-    const qsizetype fileAt = args.indexOf(QStringLiteral("--file"));
-    if (fileAt < 0 || fileAt + 1 >= args.size())
+    const QStringList& args = client.options().arguments;
+    const std::optional<QString> given = client.options().value("--file");
+    if (!given)
         throw UsageError{QStringLiteral("export needs --file FILE")};
-    const QString path = args[fileAt + 1];
-    args.remove(fileAt, 2);
+    const QString path = *given;
     if (args.isEmpty())
         throw UsageError{QStringLiteral("export takes at least one PORT")};
     std::vector<std::int16_t> ports;
@@ -449,24 +448,16 @@ int history(Client& client)
 {
     ChangeFilter filter;
     const QStringList& args = client.options().arguments;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& a = args[i];
-        const auto value = [&]() -> const QString& {
-            if (i + 1 >= args.size())
-                throw UsageError{a + QStringLiteral(" needs a value")};
-            return args[++i];
-        };
-        if (a == QLatin1String("--user"))
-            filter.user = value();
-        else if (a == QLatin1String("--since"))
-            filter.since = timeArgument(a, value(), false);
-        else if (a == QLatin1String("--until"))
-            filter.until = timeArgument(a, value(), true);
-        else if (a.startsWith(QLatin1Char('-')) || filter.port)
-            throw UsageError{QStringLiteral("history takes one PORT, --user, --since and --until, not \"%1\"").arg(a)};
-        else
-            filter.port = client.portArgument(a);
-    }
+    const Options& o = client.options();
+    if (args.size() > 1)
+        throw UsageError{QStringLiteral("history takes one PORT, --user, --since and --until, not \"%1\"").arg(args[1])};
+    if (!args.isEmpty())
+        filter.port = client.portArgument(args[0]);
+    filter.user = o.value("--user");
+    if (const auto since = o.value("--since"))
+        filter.since = timeArgument(QStringLiteral("--since"), *since, false);
+    if (const auto until = o.value("--until"))
+        filter.until = timeArgument(QStringLiteral("--until"), *until, true);
     const ChangeRecordScan scan = scanChangeRecord(client.logs(), filter, [&client](const QJsonObject& entry) {
         if (client.stopSignal())
             return false;

@@ -107,20 +107,14 @@ int status(Client& client)
 
 int watch(Client& client)
 {
-    int intervalSeconds = 5;
+    const Options& o = client.options();
+    if (!o.arguments.isEmpty())
+        throw UsageError{QStringLiteral("watch takes --interval SECONDS, --count N and --poll, not \"%1\"")
+                .arg(o.arguments[0])};
+    const int intervalSeconds = numberOption(QStringLiteral("--interval"), o.value("--interval").value_or(QStringLiteral("5")), 1, 86400);
     std::optional<int> count;
-    const QStringList& args = client.options().arguments;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        bool ok = false;
-        if (args[i] == QLatin1String("--interval") && i + 1 < args.size())
-            intervalSeconds = args[++i].toInt(&ok);
-        else if (args[i] == QLatin1String("--count") && i + 1 < args.size())
-            count = args[++i].toInt(&ok);
-        else
-            throw UsageError{QStringLiteral("watch takes --interval SECONDS and --count N, not \"%1\"").arg(args[i])};
-        if (!ok || (intervalSeconds < 1) || (count && *count < 1))
-            throw UsageError{QStringLiteral("--interval and --count take a whole number from 1")};
-    }
+    if (const auto given = o.value("--count"))
+        count = numberOption(QStringLiteral("--count"), *given, 1, 1 << 30);
     client.logIn();
     client.connect();
 

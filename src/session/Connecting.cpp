@@ -118,6 +118,23 @@ void HostSession::versionTimedOut()
     failConnect();
 }
 
+void HostSession::abandonConnect()
+{
+    if (connect_ != ConnectState::Connecting && connect_ != ConnectState::AwaitingVersion)
+        return;
+    failure_ = connect_ == ConnectState::AwaitingVersion ? ConnectFailure::VersionTimedOut
+        : socketError_                                   ? ConnectFailure::Refused
+                                                         : ConnectFailure::TimedOut;
+    tmrPacketTimeOut->stop();
+    failConnect();
+}
+
+void HostSession::setReplyLimit(int ms)
+{
+    tmrPacketTimeOut->setInterval(ms);
+    tmrPacketWait->setInterval(ms);
+}
+
 void HostSession::failConnect()
 {
     setConnectState(ConnectState::Idle);

@@ -112,6 +112,14 @@ public:
     bool connected() const { return socketState() == SocketConnected; }
     ConnectState connectState() const { return connect_; }
     ConnectFailure connectFailure() const { return failure_; }
+    // The system's word for why the socket failed (refused, no route, ...); empty while it has not.
+    QString socketFailure() const { return socketError_ ? Winsock1.errorString() : QString(); }
+    // A connect under way (the socket's or the version's wait) is given up without a word: the
+    // caller says why. A connect that is over is left alone.
+    void abandonConnect();
+    // The longest wait for a reply: the version's, and each fetch section's and acknowledgement's
+    // (the desktop's own waits unless a script asks for others).
+    void setReplyLimit(int ms);
     // Whatever was sent has left for the host.
     bool allSent() const { return Winsock1.bytesToWrite() == 0; }
     void closeSocket();

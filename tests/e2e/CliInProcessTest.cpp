@@ -9,6 +9,7 @@
 #include "security/UserStore.h"
 #include "session/ChangeRecord.h"
 #include "support/ChangeRecordLines.h"
+#include "support/HangingListener.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
 #include "support/Wait.h"
@@ -82,7 +83,7 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
             "set-parms 3 ConfirmHeader=%B", "", "", 3, "The connection to the host ended before port 3 was done."},
         {"a silent host", [](test::SimulatedPlant& p) { p.host.faults.silent = true; }, "status", "tmrPacketTimeOut",
             "", 1, "Fetch Version Timeout."},
-        {"nobody listening", {}, "--port 1 status", "tmrConnectionTimeout", "", 3, "Connection Time Out."},
+        {"nobody listening", {}, "--port 1 status", "", "", 3, "could not connect to 127.0.0.1:1: Connection refused"},
         {"no acknowledgement", [](test::SimulatedPlant& p) { p.host.faults.ackSectionsUpTo = 2; },
             "set-parms 3 ConfirmHeader=%A", "tmrPacketWait", "PKT_TYPE=100\x02SECTION=3\x02", 1,
             "Update Packet No Ack Received"},
@@ -114,6 +115,45 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
                 QLatin1String(name == "connection lost" ? "connection-lost" : "no-ack"));
             EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.name;
             EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u) << c.name;
+        }
+    }
+}
+
+// A connect that neither completes nor is refused ends at --timeout, naming the address; so does
+// a host that takes the connect and answers nothing.
+TEST(CliExitStatus, ATimeOutBoundsTheConnectAndTheReply)
+{
+    test::HangingListener hanging;
+    struct Case {
+        const char* name;
+        QString line;
+        const char* ticks;
+        int status;
+        QString says;
+    } const cases[] = {
+        {"a connect that never completes", QStringLiteral("--timeout 2 --port %1 status").arg(hanging.port()),
+            "tmrConnectLimit", 3, QStringLiteral("could not connect to 127.0.0.1:%1: no answer within 2 s").arg(hanging.port())},
+        {"the same in the desktop's time", QStringLiteral("--port %1 status").arg(hanging.port()),
+            "tmrConnectionTimeout", 3, QStringLiteral("Connection Time Out.")},
+        {"a host that answers nothing", QStringLiteral("--timeout 7 status"), "tmrPacketTimeOut", 1,
+            QStringLiteral("Fetch Version Timeout.")},
+    };
+    for (const Case& c : cases) {
+        test::SimulatedPlant plant;
+        plant.folder.useAsStoreRoot();
+        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+        plant.host.faults.silent = true;
+        test::ManualTimers clock;
+        int limitMs = 0;
+        clock.tickWhenFree(c.ticks);
+        QObject::connect(&plant.host, &hostsim::HostSimulator::terminalConnected, [&] { limitMs = clock[c.ticks].interval(); });
+        const ClientRun run = runClient(plant, clock, qPrintable(c.line));
+        EXPECT_EQ(run.status, c.status) << c.name << ": " << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(c.says)) << c.name << ": " << run.err.toStdString();
+        if (std::string_view(c.ticks) == "tmrPacketTimeOut") {
+            EXPECT_EQ(limitMs, 7000) << "the version's wait is the time-out";
+        } else if (std::string_view(c.ticks) == "tmrConnectLimit") {
+            EXPECT_EQ(clock.madeWith(c.ticks), 2000);
         }
     }
 }

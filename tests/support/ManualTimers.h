@@ -65,6 +65,7 @@ public:
     {
         auto timer = std::make_unique<ManualTimer>(intervalMs);
         timers_[name] = timer.get();
+        madeWith_[name] = intervalMs;
         if (whenFree_.contains(name))
             timer->tickWhenFree();
         return timer;
@@ -76,6 +77,13 @@ public:
         if (found == timers_.end() || !found->second)
             throw std::runtime_error("no timer " + name);
         return *found->second;
+    }
+
+    // The interval the last timer of this name was made with, gone or not; 0 when none was made.
+    int madeWith(const std::string& name) const
+    {
+        const auto found = madeWith_.find(name);
+        return found == madeWith_.end() ? 0 : found->second;
     }
 
     void fire(const std::string& name, int ticks = 1)
@@ -120,6 +128,7 @@ public:
 
 private:
     std::map<std::string, QPointer<ManualTimer>> timers_;
+    std::map<std::string, int> madeWith_;
     std::set<std::string> whenFree_;
 };
 
