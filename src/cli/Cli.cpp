@@ -43,12 +43,23 @@ constexpr Command Commands[] = {
         "stop after N refreshes when given, else on an interrupt"},
     {"purge", purge, "purge PORT", "purge and reset the port shown as PORT (1 to 128) in the grid (asks: --yes)"},
     {"get-parms", getParms, "get-parms PORT", "fetch and print the port's two parameter records"},
-    {"set-parms", setParms, "set-parms PORT NAME=VALUE...",
+    {"set-parms", setParms, "set-parms PORT NAME=VALUE... [--dry-run]",
         "fetch, apply each change through the editor's rules in the order given,\nthen send the update"},
     {"fields", fields, "fields", "the fields set-parms and import take: each one's values and the editor's caption"},
-    {"export", exportParms, "export PORT... --file FILE", "fetch each port and write its records to FILE (JSON)"},
-    {"import", importParms, "import FILE [PORT...]",
-        "send the records in FILE to their ports (each through the update exchange)"},
+    {"export", exportParms, "export PORT... --file FILE",
+        "fetch each port and write its records to FILE (JSON; - for standard output)"},
+    {"import", importParms, "import FILE [PORT...] [--to PORT] [--dry-run]",
+        "send the records in FILE to their ports (each through the update exchange); with --to,\n"
+        "the file's one port (or the PORT named) into another, which keeps its own identity\n"
+        "(wstat_name, Port_No)"},
+    {"copy-parms", copyParms, "copy-parms FROM TO... [--all-fields] [--dry-run]",
+        "give each TO the set FROM's host holds, through the editor's rules; each keeps its own\n"
+        "wstat_name and Port_No unless --all-fields; one record line per target"},
+    {"revert", revert, "revert PORT [--before TIME] [--force] [--dry-run]",
+        "put the port back as it was before its last recorded change (or the last before TIME),\n"
+        "through the rules; refused, naming the fields, when the host no longer holds what that\n"
+        "change sent, unless --force"},
+    {"diff", diff, "diff PORT FILE|PORT", "each field in which the port differs from an export or another port"},
     {"history", history, "history [PORT] [--user NAME] [--since TIME] [--until TIME]",
         "the record of changes (parameters, purges, users, configuration), oldest first;\n"
         "those of one port, of a user (logged in or authorising), from or up to a time\n"
@@ -119,7 +130,9 @@ QString helpText(const QString& command)
         text += QStringLiteral("  %1\n        %2\n")
                     .arg(indented(c.usage, QStringLiteral("  ")), indented(c.summary, QStringLiteral("        ")));
     text += QStringLiteral(
-        "\nPORT is the number the grid shows, 1 to 128. RIGHT is a position of the rights list (0, 4) or its\n"
+        "\nPORT is the number the grid shows, 1 to 128; where several are taken, also a range or a list\n"
+        "(1-16,20) or all. --dry-run fetches and applies the rules, prints what would change (field,\n"
+        "old -> new) and sends nothing. RIGHT is a position of the rights list (0, 4) or its\n"
         "short name (all, comm-parameters). Without --user the start-up log-in applies, asking nothing.\n\n"
         "Exit status: 0 done; 1 the host did not answer in time or did not acknowledge an update; 2 usage\n"
         "error or refused value; 3 could not connect, or the connection ended; 4 host version refused;\n"
@@ -311,6 +324,7 @@ void Client::connect()
     if (options_.timeoutSeconds)
         s.setReplyLimit(replyLimitMs());
     s.cboHostName_Click(n);
+    const int tableChangesBefore = tableChanges_;
     s.Command1_Click(terminal_.configuration().HostIPs[i]);
     // The connect and the version's reply within --timeout; a socket that fails (refused, no
     // route) ends it at once, with the system's reason, rather than at the end of the wait.
@@ -343,7 +357,7 @@ void Client::connect()
             end(NoConnection);
         // The host answers the connect's own status request after announcing its machine
         // types; a command that starts before then would take those for its own answers.
-        awaitPortStates();
+        awaitPortStates(tableChangesBefore);
         return;
     case ConnectFailure::VersionTimedOut:
         end(NoAnswer);
@@ -362,9 +376,9 @@ int Client::replyLimitMs() const
     return options_.timeoutSeconds ? *options_.timeoutSeconds * 1000 : AnswerLimitMs;
 }
 
-void Client::awaitPortStates()
+void Client::awaitPortStates(int before)
 {
-    if (!waitFor([this] { return tableChanges_ > 0; }, replyLimitMs())) {
+    if (!waitFor([this, before] { return tableChanges_ > before; }, replyLimitMs())) {
         say("The host sent no port states.");
         end(NoAnswer);
     }
@@ -385,6 +399,20 @@ bool Client::waitFor(const std::function<bool()>& done, int limitMs)
     return done();
 }
 
+void Client::pause(const char* name, int ms)
+{
+    bool over = false;
+    const std::unique_ptr<ProgramTimer> timer = terminal_.timers().make(name, ms);
+    QObject::connect(timer.get(), &ProgramTimer::timeout, [this, &over, &timer] {
+        timer->stop();
+        over = true;
+        session().cancelWaits(); // wakes the wait
+    });
+    timer->start();
+    session().waitUntil([&] { return over || stopSignal() != 0; });
+    endIfStopped();
+}
+
 void Client::endIfStopped() const
 {
     if (const int signal = stopSignal())
@@ -403,7 +431,40 @@ void Client::drain()
 
 std::int16_t Client::portArgument(const QString& text) const
 {
+    if (text.contains(QLatin1Char(',')) || text.indexOf(QLatin1Char('-'), 1) > 0 || text == QLatin1String("all"))
+        throw UsageError{QStringLiteral("%1 takes one PORT, not \"%2\"").arg(options_.command, text)};
     return static_cast<std::int16_t>(numberOption(QStringLiteral("PORT"), text, 1, GridRows));
+}
+
+std::vector<std::int16_t> Client::portSet(const QStringList& words) const
+{
+    std::vector<bool> chosen(GridRows + 1, false);
+    const auto refuse = [](const QString& word) {
+        return UsageError{QStringLiteral("PORT takes 1 to %1, a range such as 1-16, a list such as 1,3,5, or all; not \"%2\"")
+                .arg(GridRows)
+                .arg(word)};
+    };
+    for (const QString& word : words)
+        for (const QString& item : word.split(QLatin1Char(','))) {
+            if (item == QLatin1String("all")) {
+                std::fill(chosen.begin() + 1, chosen.end(), true);
+                continue;
+            }
+            const qsizetype dash = item.indexOf(QLatin1Char('-'), 1);
+            bool ok = true, okTo = true;
+            const int from = (dash > 0 ? item.left(dash) : item).toInt(&ok);
+            const int to = dash > 0 ? item.mid(dash + 1).toInt(&okTo) : from;
+            if (!ok || !okTo || from < 1 || to > GridRows || from > to)
+                throw refuse(word);
+            std::fill(chosen.begin() + from, chosen.begin() + to + 1, true);
+        }
+    std::vector<std::int16_t> ports;
+    for (int port = 1; port <= GridRows; ++port)
+        if (chosen[static_cast<std::size_t>(port)])
+            ports.push_back(static_cast<std::int16_t>(port));
+    if (ports.empty())
+        throw UsageError{QStringLiteral("%1 takes at least one PORT").arg(options_.command)};
+    return ports;
 }
 
 // Text from the host (names, messages, versions) reaches a terminal as it stands only where it

@@ -97,8 +97,17 @@ public:
     void recordLocalChange(std::string_view kind, std::vector<RecordedField> fields);
     // What was sent goes out before the client ends.
     void drain();
+    // The client's clock (the real one, or a test's).
+    TimerSource& timers() { return terminal_.timers(); }
+    // Nothing for `ms` on the timer `name`; a stopping signal ends the client.
+    void pause(const char* name, int ms);
     // A port as the grid shows it (1-128) from an argument; ends with 2 when it is none.
     std::int16_t portArgument(const QString& text) const;
+    // Ports from arguments: numbers, ranges and lists ("1-16,20"), or "all"; each once, in the
+    // grid's order. Ends with 2 on a word that is none of these, or when none is given.
+    std::vector<std::int16_t> portSet(const QStringList& words) const;
+    // Whether the command only shows what it would send (--dry-run).
+    bool dryRun() const { return options_.has("--dry-run"); }
 
     void say(const std::string& text) const; // standard error, CR LF as new lines
     std::FILE* errorStream() const { return streams_.err; }
@@ -111,7 +120,7 @@ public:
 private:
     int runCommand();
     void resolvePassword();
-    void awaitPortStates();
+    void awaitPortStates(int tableChangesBefore);
     // SessionUi
     void showMessage(const std::string& text) override;
     std::int16_t askYesNo(const std::string& text) override;
@@ -144,6 +153,9 @@ int fields(Client& client);
 int setParms(Client& client);
 int exportParms(Client& client);
 int importParms(Client& client);
+int copyParms(Client& client);
+int revert(Client& client);
+int diff(Client& client);
 int history(Client& client);
 int config(Client& client);
 int initStore(Client& client);

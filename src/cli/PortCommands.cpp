@@ -6,7 +6,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QTimer>
+#include <QDateTime>
 
 namespace corvane::cli {
 namespace {
@@ -17,12 +17,19 @@ bool holdsText(const PortStatusRecord& r)
         r.WorkstationName.empty() && r.FileName.empty() && r.DNC_ID.empty() && r.Status.empty() && r.ByteCount.empty());
 }
 
+// The byte count as a number; none (null) when the host's text is empty or no whole number.
+QJsonValue byteCountJson(const std::string& text)
+{
+    bool ok = false;
+    const qlonglong count = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())).toLongLong(&ok);
+    return ok && count >= 0 ? QJsonValue(count) : QJsonValue(QJsonValue::Null);
+}
+
 QJsonObject rowJson(int row, const PortStatusRecord& r)
 {
     return {{QStringLiteral("port"), row + 1}, {QStringLiteral("machine"), fromLatin1Bytes(r.WorkstationName)},
         {QStringLiteral("program"), fromLatin1Bytes(r.FileName)}, {QStringLiteral("id"), fromLatin1Bytes(r.DNC_ID)},
-        {QStringLiteral("status"), fromLatin1Bytes(r.Status)},
-        {QStringLiteral("byteCount"), fromLatin1Bytes(r.ByteCount)}};
+        {QStringLiteral("status"), fromLatin1Bytes(r.Status)}, {QStringLiteral("byteCount"), byteCountJson(r.ByteCount)}};
 }
 
 // The grid's columns, as wide as their widest text.
@@ -62,22 +69,41 @@ private:
     std::vector<QStringList> rows_;
 };
 
-// Rows that changed since `shown`, printed and then remembered.
+// Rows that changed since `shown`, printed and then remembered; a JSON line says when.
 void printChanged(Client& client, std::vector<PortStatusRecord>& shown)
 {
     const std::vector<PortStatusRecord>& now = client.session().portStatus();
     Table table;
+    const QString time = QDateTime::currentDateTime().toOffsetFromUtc(QDateTime::currentDateTime().offsetFromUtc()).toString(Qt::ISODate);
     for (std::size_t row = 0; row < now.size(); ++row) {
         if (now[row] == shown[row])
             continue;
         shown[row] = now[row];
-        if (client.options().json)
-            client.printJson(rowJson(static_cast<int>(row), now[row]));
-        else
+        if (client.options().json) {
+            QJsonObject line = rowJson(static_cast<int>(row), now[row]);
+            line.insert(QStringLiteral("time"), time);
+            client.printJson(line);
+        } else {
             table.add(static_cast<int>(row), now[row]);
+        }
     }
     if (!table.empty())
         table.print(client);
+}
+
+// Connected for each refresh only, so that the host's one connection is free for a desktop
+// terminal between them.
+int pollEvery(Client& client, int intervalSeconds, std::optional<int> count, std::vector<PortStatusRecord>& shown)
+{
+    for (int polls = 0;;) {
+        client.connect();
+        printChanged(client, shown);
+        client.session().cmdDisconnect_Click();
+        client.drain();
+        if (count && ++polls >= *count)
+            return Done;
+        client.pause("tmrPoll", intervalSeconds * 1000);
+    }
 }
 
 } // namespace
@@ -116,19 +142,20 @@ int watch(Client& client)
     if (const auto given = o.value("--count"))
         count = numberOption(QStringLiteral("--count"), *given, 1, 1 << 30);
     client.logIn();
-    client.connect();
-
     std::vector<PortStatusRecord> shown(GridRows);
+    if (o.has("--poll"))
+        return pollEvery(client, intervalSeconds, count, shown);
+    client.connect();
     printChanged(client, shown);
     int refreshes = 0;
     int answered = client.portTableChanges();
 
-    QTimer refresh;
-    QObject::connect(&refresh, &QTimer::timeout, [&] {
+    const std::unique_ptr<ProgramTimer> refresh = client.timers().make("tmrWatch", intervalSeconds * 1000);
+    QObject::connect(refresh.get(), &ProgramTimer::timeout, [&] {
         client.session().cmdRefresh_Click();
         ++refreshes;
     });
-    refresh.start(intervalSeconds * 1000);
+    refresh->start();
     // Every reply, asked for or pushed by the host, shows what changed, until --count or a signal.
     for (;;) {
         client.session().waitUntil([&] {

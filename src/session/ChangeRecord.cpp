@@ -75,7 +75,7 @@ int appendChangeRecord(Logs& logs, const ChangeRecordEntry& entry)
         {Outcome, fromView(entry.outcome)},
         {Fields, fields},
     };
-    if (entry.kind == change_kind::Update) {
+    if (isPortUpdate(entry.kind)) {
         line.insert(QStringLiteral("section"), orNull(entry.section));
         line.insert(QStringLiteral("sectionsSent"), entry.sectionsSent);
     }

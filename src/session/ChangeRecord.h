@@ -24,11 +24,17 @@ class HostConfiguration;
 namespace change_kind {
 inline constexpr std::string_view Update = "update"; // a port's parameters sent to a host
 inline constexpr std::string_view Purge = "purge"; // a port purged and reset
-inline constexpr std::string_view Revert = "revert"; // reserved
-inline constexpr std::string_view Copy = "copy"; // reserved
+inline constexpr std::string_view Revert = "revert"; // a port put back as it was before a change
+inline constexpr std::string_view Copy = "copy"; // a port given another port's parameters
 inline constexpr std::string_view UserAdmin = "user-admin"; // the user store changed
 inline constexpr std::string_view Config = "config"; // the hosts or the idle minutes saved
 } // namespace change_kind
+
+// The kinds that send a port's parameters, each an update exchange.
+inline bool isPortUpdate(std::string_view kind)
+{
+    return kind == change_kind::Update || kind == change_kind::Revert || kind == change_kind::Copy;
+}
 
 // How it ended. A change that needs no answer (a purge, a local change) is "sent" once done.
 namespace change_outcome {

@@ -83,6 +83,9 @@ public:
     void setUserName(std::string name) { actor_.user = std::move(name); }
     void setAuthorisedBy(std::string name) { actor_.authorisedBy = std::move(name); }
     const ChangeActor& changeActor() const { return actor_; }
+    // What the updates are written down as: "update", unless a command that sends them says
+    // what they are ("copy", "revert").
+    void setUpdateKind(std::string_view kind) { updateKind_ = kind; }
 
     // ParmsLink: what the parameter editor asks of the session.
     PortParmsTables& parmsTables() override { return parms_; }
@@ -233,6 +236,7 @@ private:
     ChangeActor actor_;
     ConnectState connect_ = ConnectState::Idle;
     ConnectFailure failure_ = ConnectFailure::None;
+    std::string_view updateKind_ = change_kind::Update;
     bool socketError_ = false;
     bool noPacketNoticeUp_ = false;
     struct Wait;

@@ -157,7 +157,7 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         for (const ChangedField& correction : fetch.corrections)
             if (correction.name == change.name && correction.after == change.after)
                 change.by = "rule";
-    ChangeRecordEntry entry = changeEntry(change_kind::Update, port + 1);
+    ChangeRecordEntry entry = changeEntry(updateKind_, port + 1);
     entry.fields = recordedFields(changes);
 
     updating_ = true;

@@ -9,6 +9,8 @@
 #include "security/UserStore.h"
 #include "session/ChangeRecord.h"
 #include "support/ChangeRecordLines.h"
+#include "support/ClientRun.h"
+#include "support/Peers.h"
 #include "support/HangingListener.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
@@ -27,36 +29,8 @@
 namespace corvane {
 namespace {
 
-// What the client wrote to one of its streams.
-QString written(std::FILE* stream)
-{
-    std::rewind(stream);
-    QByteArray bytes;
-    char chunk[4096];
-    for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, stream)) > 0;)
-        bytes.append(chunk, static_cast<qsizetype>(n));
-    return QString::fromLocal8Bit(bytes);
-}
-
-struct ClientRun {
-    int status;
-    QString out, err;
-};
-
-// The client for one command line (words without blanks), as its main runs it, on `clock`.
-ClientRun runClient(test::SimulatedPlant& plant, test::ManualTimers& clock, const char* line)
-{
-    std::FILE* out = std::tmpfile();
-    std::FILE* err = std::tmpfile();
-    QStringList arguments = QString::fromLatin1(line).split(QLatin1Char(' '));
-    arguments.prepend(QStringLiteral("corvane-remote-cli"));
-    Terminal terminal(*plant.registry, clock, "tester", plant.folder.places(), test::ScratchProgramFolder::clock());
-    const int status = cli::Client(cli::parseOptions(arguments), terminal, {out, err}).run();
-    ClientRun run{status, written(out), written(err)};
-    std::fclose(out);
-    std::fclose(err);
-    return run;
-}
+using test::ClientRun;
+using test::runClient;
 
 TEST(CliExitStatus, EachSaysWhatWentWrong)
 {
@@ -163,17 +137,7 @@ TEST(CliExitStatus, ATimeOutBoundsTheConnectAndTheReply)
 // acknowledges twice or ahead makes the update uncertain (exit 1), and no trailer goes.
 TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
 {
-    struct Case {
-        const char* name;
-        std::function<void(hostsim::HostSimulator&)> fault;
-        int updateStatus;
-    } const cases[] = {
-        {"polite", {}, 0},
-        {"status pushed every 40 ms", [](auto& h) { h.setPushStatusInterval(40); }, 0},
-        {"every section acknowledged twice", [](auto& h) { h.faults.duplicateAck = true; }, 1},
-        {"acknowledging ahead", [](auto& h) { h.faults.earlyAck = true; }, 1},
-    };
-    for (const Case& c : cases) {
+    for (const test::Peer& c : test::peers()) {
         SCOPED_TRACE(c.name);
         test::SimulatedPlant plant;
         plant.folder.useAsStoreRoot();
