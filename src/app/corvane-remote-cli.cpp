@@ -4,6 +4,7 @@
 #include "cli/Cli.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
+#include "platform/SystemLog.h"
 #include "runtime/NoCoreDumps.h"
 #include "runtime/Places.h"
 
@@ -30,6 +31,7 @@ int main(int argc, char** argv)
             = corvane::openSystemRegistry(QString::fromStdString(places.registryFolder));
         corvane::QtTimers clock;
         corvane::Terminal terminal(*registry, clock, corvane::osUserName(), std::move(places));
+        terminal.logs().setSystemLog(corvane::systemLog());
         corvane::cli::Client client(std::move(options), terminal);
         return client.run();
     } catch (const corvane::cli::UsageError& e) {

@@ -8,6 +8,7 @@
 #include "dialogs/ProgramHelp.h"
 #include "platform/ProgramTimer.h"
 #include "platform/Registry.h"
+#include "platform/SystemLog.h"
 #include "platform/StopSignals.h"
 #include "runtime/NoCoreDumps.h"
 #include "runtime/Places.h"
@@ -124,6 +125,8 @@ int main(int argc, char** argv)
     SystemDesktop desktop;
     Services services{boxes, desktop};
     Terminal terminal(*registry, timers, osUserName(), std::move(places)); // the program's one terminal
+    if (!options.demo)
+        terminal.logs().setSystemLog(systemLog()); // the demo's changes are nobody's
     DesktopProgram program(options, terminal, services);
     QObject::connect(
         &program, &DesktopProgram::finished, &app, [](int exitStatus) { QCoreApplication::exit(exitStatus); });

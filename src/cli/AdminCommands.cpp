@@ -16,17 +16,16 @@
 namespace corvane::cli {
 namespace {
 
-void saveSettings(Client& client)
+void saveSettings(Client& client, HostConfiguration& c)
 {
-    if (!saveConfiguration(client.configuration(), client.logs(), client.session().changeActor())) {
+    if (!saveConfiguration(c, client.logs(), client.session().changeActor())) {
         client.say(message::insufficientRights());
         Client::end(AccessRefused);
     }
 }
 
-int configShow(Client& client)
+int configShow(Client& client, HostConfiguration& c)
 {
-    HostConfiguration& c = client.configuration();
     if (client.options().json) {
         QJsonArray hosts;
         for (int n = 1; n <= HostCount; ++n) {
@@ -50,10 +49,10 @@ int configShow(Client& client)
 }
 
 // As the configuration form takes a port: corrected as it corrects it, refused as a duplicate.
-int configSetHost(Client& client, const QStringList& args)
+int configSetHost(Client& client, HostConfiguration& c, const QStringList& args)
 {
     const Options& o = client.options();
-    o.allowOnly({"--name", "--address", "--socket-port"}, QStringLiteral("config set-host"));
+    o.allowOnly({"--name", "--address", "--socket-port", "--system"}, QStringLiteral("config set-host"));
     const auto name = o.value("--name");
     const auto address = o.value("--address");
     const auto socketPort = o.value("--socket-port");
@@ -61,7 +60,6 @@ int configSetHost(Client& client, const QStringList& args)
     const int n = args.value(0).toInt(&ok);
     if (args.size() != 1 || !ok || n < 1 || n > HostCount)
         throw UsageError{QStringLiteral("config set-host takes a host number from 1 to %1").arg(HostCount)};
-    HostConfiguration& c = client.configuration();
     const auto i = static_cast<std::size_t>(n);
     if (name)
         c.HostNames[i] = *name;
@@ -84,21 +82,21 @@ int configSetHost(Client& client, const QStringList& args)
             client.say("The socket port reads " + change.text + ", as the configuration form corrects it.");
         c.SocketPorts[i] = std::stoi(change.text);
     }
-    saveSettings(client);
+    saveSettings(client, c);
     return Done;
 }
 
-int configSetIdle(Client& client, const QStringList& args)
+int configSetIdle(Client& client, HostConfiguration& c, const QStringList& args)
 {
-    client.options().allowOnly({}, QStringLiteral("config set-idle"));
+    client.options().allowOnly({"--system"}, QStringLiteral("config set-idle"));
     const std::string typed = toLatin1Bytes(args.value(0));
     if (args.size() != 1 || typed.empty() || typed.find_first_not_of("0123456789") != std::string::npos)
         throw UsageError{QStringLiteral("config set-idle takes the minutes, 0 to 60")};
     const FieldChange change = idleFieldChanged(typed);
     if (change.text != typed)
         client.say("The idle minutes read " + change.text + ", as the configuration form corrects them.");
-    client.configuration().IdleMinutes = static_cast<std::int16_t>(std::stoi(change.text));
-    saveSettings(client);
+    c.IdleMinutes = static_cast<std::int16_t>(std::stoi(change.text));
+    saveSettings(client, c);
     return Done;
 }
 
@@ -297,13 +295,26 @@ int config(Client& client)
         throw UsageError{QStringLiteral("config takes show, set-host or set-idle")};
     client.logIn();
     client.needRight(CommParmsRight);
+    // --system: the hosts every user of this computer starts from (the system's configuration
+    // folder), which a user's own settings stand before; written by an administrator only.
+    std::unique_ptr<Registry> machineWide;
+    std::optional<HostConfiguration> systemHosts;
+    if (client.options().has("--system")) {
+        const QString folder = systemRegistryFolder();
+        if (folder.isEmpty())
+            throw UsageError{QStringLiteral("--system: the hosts are machine-wide here already")};
+        machineWide = openSystemRegistry(folder, QStringLiteral(""));
+        systemHosts.emplace(*machineWide);
+        systemHosts->load();
+    }
+    HostConfiguration& c = systemHosts ? *systemHosts : client.configuration();
     if (what == QLatin1String("show")) {
-        client.options().allowOnly({}, QStringLiteral("config show"));
-        return configShow(client);
+        client.options().allowOnly({"--system"}, QStringLiteral("config show"));
+        return configShow(client, c);
     }
     if (what == QLatin1String("set-host"))
-        return configSetHost(client, args);
-    return configSetIdle(client, args);
+        return configSetHost(client, c, args);
+    return configSetIdle(client, c, args);
 }
 
 int initStore(Client& client)

@@ -65,10 +65,11 @@ constexpr Command Commands[] = {
         "those of one port, of a user (logged in or authorising), from or up to a time\n"
         "(ISO 8601: 2026-11-15, 2026-11-15T08:30, ...; a date alone is the whole day)"},
     {"config", config,
-        "config show\n"
-        "config set-host N [--name T] [--address A] [--socket-port P]\n"
-        "config set-idle MINUTES",
-        "the five hosts and the idle minutes, as the configuration form keeps them"},
+        "config show [--system]\n"
+        "config set-host N [--name T] [--address A] [--socket-port P] [--system]\n"
+        "config set-idle MINUTES [--system]",
+        "the five hosts and the idle minutes, as the configuration form keeps them; --system: those\n"
+        "every user of this computer starts from (an administrator's), which a user's own stand before"},
     {"init-store", initStore, "init-store", "create a first user store"},
     {"users", users,
         "users list\n"
@@ -250,7 +251,15 @@ int Client::runCommand()
 
 void Client::logIn()
 {
-    if (loadUserStore(terminal_.users(), terminal_.logs()) != StoreLoad::Loaded) {
+    const StoreLoad load = loadUserStore(terminal_.users(), terminal_.logs());
+    if (load == StoreLoad::Missing) {
+        // A first run, not an attack: where the store was looked for, and how to make one.
+        say("corvane-remote-cli: there is no user store at " + terminal_.users().path
+            + ".\nCreate the first one with 'corvane-remote-cli init-store' (where the package made the store's"
+              "\nfolder, as a member of the group corvane), then log in as SUPERVISOR and give it a password.");
+        end(AccessRefused);
+    }
+    if (load != StoreLoad::Loaded) {
         say(message::accessDenied());
         if (!terminal_.users().fault.empty())
             say(terminal_.users().fault);

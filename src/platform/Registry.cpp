@@ -22,25 +22,37 @@ QString groupOf(const QString& key)
     return group;
 }
 
-// QSettings over either the native registry or an INI file per hive.
+// QSettings over either the native registry or an INI file per hive. Off Windows the machine
+// hive may lie under a system folder too (written there by an administrator for every user of
+// the computer): it is read where this folder's own file holds no value, and never written here.
 class SettingsRegistry final : public Registry {
 public:
-    explicit SettingsRegistry(QString folder)
+    SettingsRegistry(QString folder, QString systemFolder)
         : folder_(std::move(folder))
+        , systemFolder_(std::move(systemFolder))
     {
     }
 
     bool keyExists(Hive hive, const QString& key) override
     {
-        auto s = open(hive);
-        s->beginGroup(groupOf(key));
-        return !s->childKeys().isEmpty() || !s->childGroups().isEmpty();
+        for (const QString& folder : foldersOf(hive)) {
+            auto s = open(hive, folder);
+            s->beginGroup(groupOf(key));
+            if (!s->childKeys().isEmpty() || !s->childGroups().isEmpty())
+                return true;
+        }
+        return false;
     }
 
     QString readText(Hive hive, const QString& key, const QString& name) override
     {
-        auto s = open(hive);
-        return s->value(groupOf(key) + QLatin1Char('/') + name).toString();
+        for (const QString& folder : foldersOf(hive)) {
+            auto s = open(hive, folder);
+            const QString path = groupOf(key) + QLatin1Char('/') + name;
+            if (s->contains(path))
+                return s->value(path).toString();
+        }
+        return {};
     }
 
     bool createKey(Hive hive, const QString& key) override
@@ -64,14 +76,24 @@ public:
     }
 
 private:
-    std::unique_ptr<QSettings> open(Hive hive)
+    QStringList foldersOf(Hive hive) const
+    {
+        QStringList folders{folder_};
+        if (hive == Hive::Machine && !systemFolder_.isEmpty() && systemFolder_ != folder_)
+            folders << systemFolder_;
+        return folders;
+    }
+
+    std::unique_ptr<QSettings> open(Hive hive) { return open(hive, folder_); }
+    std::unique_ptr<QSettings> open(Hive hive, const QString& folder)
     {
 #ifdef Q_OS_WIN
+        (void)folder;
         const QString root
             = hive == Hive::Machine ? QStringLiteral("HKEY_LOCAL_MACHINE") : QStringLiteral("HKEY_CURRENT_USER");
         return std::make_unique<QSettings>(root, QSettings::Registry32Format);
 #else
-        const QString file = QDir(folder_)
+        const QString file = QDir(folder)
                                  .filePath(hive == Hive::Machine ? QStringLiteral("machine.ini") : QStringLiteral("user.ini"));
         // A settings file is small: what is no regular file (a pipe would hold the program up)
         // or is far larger than any the program writes is not read, and the hive reads empty.
@@ -102,13 +124,33 @@ private:
     }
 
     QString folder_;
+    QString systemFolder_;
 };
 
 } // namespace
 
-std::unique_ptr<Registry> openSystemRegistry(const QString& folder)
+std::unique_ptr<Registry> openSystemRegistry(const QString& folder, const QString& systemFolder)
 {
-    return std::make_unique<SettingsRegistry>(folder.isEmpty() ? registryFolder() : folder);
+    // The machine-wide folder is read by default only where the user's own settings are the
+    // system's usual ones, never beside a folder a test or a demo chose.
+    const bool usual = folder.isEmpty() && qEnvironmentVariableIsEmpty("CORVANE_REGISTRY_DIR");
+    return std::make_unique<SettingsRegistry>(
+        folder.isEmpty() ? registryFolder() : folder, usual && systemFolder.isNull() ? systemRegistryFolder() : systemFolder);
+}
+
+QString systemRegistryFolder()
+{
+#ifdef Q_OS_WIN
+    return {};
+#else
+    // The first of the system's configuration folders (XDG_CONFIG_DIRS, /etc/xdg by default).
+    const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    const QString own = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    for (const QString& folder : folders)
+        if (folder != own)
+            return folder + QStringLiteral("/CorvaneRemote");
+    return QStringLiteral("/etc/xdg/CorvaneRemote");
+#endif
 }
 
 QString registryFolder()

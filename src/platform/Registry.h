@@ -27,10 +27,16 @@ public:
 };
 
 // On Windows the real registry (the 32-bit view the family of programs shares); elsewhere
-// machine.ini and user.ini in `folder`, or in registryFolder() when it is empty.
-std::unique_ptr<Registry> openSystemRegistry(const QString& folder = {});
+// machine.ini and user.ini in `folder`, or in registryFolder() when it is empty. Off Windows the
+// machine hive is also read from machine.ini in `systemFolder` where the own file holds no value
+// (the hosts an administrator set for every user); by default systemRegistryFolder() when
+// neither `folder` nor CORVANE_REGISTRY_DIR is given, else none.
+std::unique_ptr<Registry> openSystemRegistry(const QString& folder = {}, const QString& systemFolder = QString());
 
 // CORVANE_REGISTRY_DIR when set, else the user's configuration folder + "/CorvaneRemote".
 QString registryFolder();
+// The machine-wide settings folder: the system's configuration folder (/etc/xdg) +
+// "/CorvaneRemote"; none on Windows, whose registry is machine-wide already.
+QString systemRegistryFolder();
 
 } // namespace corvane

@@ -12,6 +12,7 @@
 #include "runtime/WindowsFile.h"
 #else
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -35,6 +36,23 @@ std::string errorLogLine(Logs& logs, int location, int errorNumber)
     return errorLogKey(location, errorNumber) + " " + logs.nowText();
 }
 
+#ifndef _WIN32
+namespace {
+
+void shareWithTheFoldersGroup(int fd, const std::string& path)
+{
+    const std::size_t slash = path.find_last_of('/');
+    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+    struct stat folderStatus {};
+    struct stat fileStatus {};
+    if (::stat(folder.c_str(), &folderStatus) == 0 && (folderStatus.st_mode & S_ISGID) != 0
+        && ::fstat(fd, &fileStatus) == 0)
+        ::fchmod(fd, (fileStatus.st_mode & 07777) | S_IRGRP | S_IWGRP);
+}
+
+} // namespace
+#endif
+
 int appendLogLine(const std::string& path, std::string_view line)
 {
     std::string whole;
@@ -56,8 +74,17 @@ int appendLogLine(const std::string& path, std::string_view line)
     return error || closed ? fileErrorFromErrno(error ? error : closed) : 0;
 #else
     // Never through a link; the line goes in one write, so that two programs appending at once
-    // cannot interleave their lines.
-    const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+    // cannot interleave their lines. A file this call makes in a folder shared by a group (its
+    // set-group-ID bit: the machine's log folder) is the group's to append to as well.
+    constexpr int Flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC;
+    int fd = ::open(path.c_str(), Flags);
+    if (fd < 0 && errno == ENOENT) {
+        fd = ::open(path.c_str(), Flags | O_CREAT | O_EXCL, 0666);
+        if (fd < 0 && errno == EEXIST)
+            fd = ::open(path.c_str(), Flags); // another program made it meanwhile
+        else if (fd >= 0)
+            shareWithTheFoldersGroup(fd, path);
+    }
     if (fd < 0)
         return fileErrorFromErrno(errno);
     ssize_t written;

@@ -11,6 +11,8 @@ namespace corvane {
 // Takes a log line in the place of its file (the fuzz targets count lines rather than write
 // millions of them); returns what the file's append would.
 using LogWriter = std::function<int(const std::string& path, std::string_view line)>;
+// Takes a line of the record of changes for the system's own log as well.
+using SystemLog = std::function<void(std::string_view line)>;
 
 // The program's logs and its record of changes: the folder they lie in, the clock and the
 // locale their times are written by. A program's main makes one from its places and hands it to
@@ -33,6 +35,15 @@ public:
     // False while the lines go to a writer rather than files: there are then no files to rotate.
     bool toFiles() const { return !writer_; }
 
+    // The system's log, which stamps the account that sent each line, so that a line forged into
+    // the record's file can be told apart; none (a test's logs): the file alone.
+    void setSystemLog(SystemLog log) { systemLog_ = std::move(log); }
+    void toSystemLog(std::string_view line) const
+    {
+        if (systemLog_)
+            systemLog_(line);
+    }
+
     // The last error line this program wrote, and how many times it has come again since (see
     // Log_Run_Time_Error).
     struct Repeats {
@@ -47,6 +58,7 @@ private:
     Clock clock_;
     DateTimeFormat format_;
     LogWriter writer_;
+    SystemLog systemLog_;
     Repeats repeats_;
     DateTime shownMoment_{-1};
     std::string shownText_;

@@ -23,16 +23,22 @@ std::string variable(const EnvironmentLookup& environment, const char* name)
     return value ? *value : std::string();
 }
 
-std::string writableFolder(const std::string& folder, const EnvironmentLookup& environment)
+std::string writableFolder(
+    const std::string& folder, const EnvironmentLookup& environment, const std::string& machineLogFolder)
 {
 #ifdef _WIN32
     (void)environment;
+    (void)machineLogFolder;
     return folder;
 #else
     std::error_code installed;
-    if (!std::filesystem::is_directory(folder + "/../share/corvane-remote", installed)
-        && ::access(folder.c_str(), W_OK) == 0)
+    const bool isInstalled = std::filesystem::is_directory(folder + "/../share/corvane-remote", installed);
+    if (!isInstalled && ::access(folder.c_str(), W_OK) == 0)
         return folder;
+    std::error_code shared;
+    if (isInstalled && std::filesystem::is_directory(machineLogFolder, shared)
+        && ::access(machineLogFolder.c_str(), W_OK) == 0)
+        return machineLogFolder;
     std::string own;
     if (const std::string state = variable(environment, "XDG_STATE_HOME"); !state.empty())
         own = state + "/corvane-remote";
@@ -55,13 +61,14 @@ std::string chooseStorePlace(const std::string& newPlace, const std::string& old
     return std::filesystem::exists(std::filesystem::symlink_status(oldPlace, ec)) ? oldPlace : newPlace;
 }
 
-Places placesFor(const EnvironmentLookup& environment, const std::string& executableFolder)
+Places placesFor(
+    const EnvironmentLookup& environment, const std::string& executableFolder, const std::string& machineLogFolder)
 {
     Places places;
     if (const std::string dir = variable(environment, "CORVANE_PROGRAM_DIR"); !dir.empty())
         places.programFolder = strippedOfSeparator(dir);
     else
-        places.programFolder = writableFolder(strippedOfSeparator(executableFolder), environment);
+        places.programFolder = writableFolder(strippedOfSeparator(executableFolder), environment, machineLogFolder);
 
     if (const std::string root = variable(environment, "CORVANE_ROOT"); !root.empty()) {
         const std::string base = strippedOfSeparator(root);

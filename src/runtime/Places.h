@@ -24,17 +24,24 @@ inline constexpr const char* OldStorePlace = "/BRELLWICK/BWKXBIDS.DAT";
 // that no store is ever made while one lies at either.
 std::string chooseStorePlace(const std::string& newPlace, const std::string& oldPlace);
 
+// Where an installed program keeps its logs and record of changes when it may write there: one
+// folder for every user of the computer (the package makes it, group corvane), so that every
+// account's changes land in one record.
+inline constexpr const char* MachineLogPlace = "/var/log/corvane";
+
 // A variable of the environment the program started in; none when it is not set.
 using EnvironmentLookup = std::function<std::optional<std::string>(const char* name)>;
 
 // The places from the environment and the executable's folder:
 // - the store: $CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT when CORVANE_ROOT is set, else as above;
 // - the program folder: CORVANE_PROGRAM_DIR when set, else the executable's folder; for an
-//   installed program (bin/ beside share/corvane-remote/) or a folder the user cannot write, the
+//   installed program (bin/ beside share/corvane-remote/), `machineLogFolder` when it is a
+//   folder the user may write; for one where it is not, or a folder the user cannot write, the
 //   user's state folder ($XDG_STATE_HOME/corvane-remote, else ~/.local/state/corvane-remote),
 //   made when missing; where that cannot be made either, the executable's folder stands;
 // - the registry folder: CORVANE_REGISTRY_DIR;
 // - the time locale: the first of LC_ALL, LC_TIME and LANG that is set, else "C".
-Places placesFor(const EnvironmentLookup& environment, const std::string& executableFolder);
+Places placesFor(const EnvironmentLookup& environment, const std::string& executableFolder,
+    const std::string& machineLogFolder = MachineLogPlace);
 
 } // namespace corvane

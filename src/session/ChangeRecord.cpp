@@ -80,7 +80,9 @@ int appendChangeRecord(Logs& logs, const ChangeRecordEntry& entry)
         line.insert(QStringLiteral("sectionsSent"), entry.sectionsSent);
     }
     const QByteArray text = QJsonDocument(line).toJson(QJsonDocument::Compact);
-    return logs.append(changeRecordPath(logs), std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
+    const std::string_view whole(text.constData(), static_cast<std::size_t>(text.size()));
+    logs.toSystemLog(whole);
+    return logs.append(changeRecordPath(logs), whole);
 }
 
 void recordChange(Logs& logs, const ChangeRecordEntry& entry)

@@ -51,7 +51,7 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
         {"a store that is there already", {}, "init-store", "", "", 1, "a user store already exists"},
         {"no user store",
             [](test::SimulatedPlant& p) { std::filesystem::remove(p.folder.file("BRELLWICK/BWKXBIDS.DAT")); }, "status",
-            "", "", 5, "Password Security has been compromised."},
+            "", "", 5, "no user store at "},
         // An update cut short after two acknowledgements: the host's connection ends.
         {"connection lost", [](test::SimulatedPlant& p) { p.host.faults.closeAfterPackets = 11; },
             "set-parms 3 ConfirmHeader=%B", "", "", 3, "The connection to the host ended before port 3 was done."},

@@ -1,6 +1,7 @@
 #include "platform/Registry.h"
 #include "session/LastUser.h"
 
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -42,6 +43,27 @@ TEST_F(IniRegistry, ValuesLandInTheirHiveAndReadBackAsText)
     EXPECT_EQ(again->readText(Hive::Machine, ConfigKey, QStringLiteral("Last Host IP Number")), QString());
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("machine.ini"))));
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("user.ini"))));
+}
+
+// The hosts an administrator wrote for every user of the computer are read where the user's own
+// settings hold none, and a user's write never reaches them.
+TEST_F(IniRegistry, TheMachineWideHostsStandBehindTheUsersOwn)
+{
+    QTemporaryDir system;
+    QSettings wide(system.filePath(QStringLiteral("machine.ini")), QSettings::IniFormat);
+    wide.setValue(QStringLiteral("Software/Brellwick/RegistryTest/HostIP1"), QStringLiteral("10.0.0.1"));
+    wide.setValue(QStringLiteral("Software/Brellwick/RegistryTest/HostIP2"), QStringLiteral("10.0.0.2"));
+    wide.sync();
+    auto registry = openSystemRegistry(dir.path(), system.path());
+    EXPECT_TRUE(registry->keyExists(Hive::Machine, ConfigKey));
+    EXPECT_FALSE(registry->keyExists(Hive::User, ConfigKey)) << "the user's hive is the user's alone";
+    EXPECT_TRUE(registry->writeText(Hive::Machine, ConfigKey, QStringLiteral("HostIP2"), QStringLiteral("10.9.9.9")));
+    EXPECT_EQ(registry->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QStringLiteral("10.0.0.1"));
+    EXPECT_EQ(registry->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP2")), QStringLiteral("10.9.9.9"));
+    wide.sync();
+    EXPECT_EQ(wide.value(QStringLiteral("Software/Brellwick/RegistryTest/HostIP2")).toString(), QStringLiteral("10.0.0.2"));
+    EXPECT_EQ(openSystemRegistry(dir.path())->readText(Hive::Machine, ConfigKey, QStringLiteral("HostIP1")), QString())
+        << "a chosen folder stands alone";
 }
 
 TEST_F(IniRegistry, LastUserIsKeptPerUser)

@@ -5,6 +5,10 @@
 
 #include <stdexcept>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 namespace corvane {
 namespace {
 
@@ -61,6 +65,28 @@ TEST(ErrorLog, AnUnwritableLogIsPassedOverSilently)
     EXPECT_NO_THROW(Log_Run_Time_Error(folder.logs(), location::PacketDispatch, err::Overflow));
     EXPECT_EQ(appendLogLine(folder.file("error.log").string(), "x"), err::PathFileAccessError);
     EXPECT_EQ(appendLogLine(folder.file("missing/error.log").string(), "x"), err::PathNotFound);
+}
+
+// A log made in the machine's shared log folder (set-group-ID, the group's) is the group's to
+// append to as well, whatever the maker's umask; elsewhere it is as the umask leaves it.
+TEST(ErrorLog, ALogMadeInASharedFolderIsTheGroups)
+{
+#ifdef _WIN32
+    GTEST_SKIP() << "no set-group-ID folders on Windows";
+#else
+    test::ScratchProgramFolder folder;
+    std::filesystem::create_directories(folder.file("shared"));
+    ::chmod(folder.file("shared").c_str(), 02770);
+    const mode_t before = ::umask(022);
+    EXPECT_EQ(appendLogLine(folder.file("shared/parameter-changes.jsonl").string(), "x"), 0);
+    EXPECT_EQ(appendLogLine(folder.file("own.log").string(), "x"), 0);
+    ::umask(before);
+    struct stat shared {}, own {};
+    ASSERT_EQ(::stat(folder.file("shared/parameter-changes.jsonl").c_str(), &shared), 0);
+    ASSERT_EQ(::stat(folder.file("own.log").c_str(), &own), 0);
+    EXPECT_EQ(shared.st_mode & 0777, 0664u);
+    EXPECT_EQ(own.st_mode & 0777, 0644u);
+#endif
 }
 
 TEST(ErrorLog, ALinkWhereTheLogShouldBeIsNotFollowed)

@@ -28,6 +28,7 @@ TEST(Places, FromTheEnvironmentAndTheExecutablesFolder)
         std::map<std::string, std::string> environment;
         std::string executableFolder;
         std::string programFolder, storeFile, registryFolder, timeLocale;
+        std::string machineLogFolder = "/nonexistent/corvane";
     } const cases[] = {
         {"named folders",
             {{"CORVANE_PROGRAM_DIR", base + "/logs/"}, {"CORVANE_ROOT", base + "/root/"},
@@ -40,14 +41,19 @@ TEST(Places, FromTheEnvironmentAndTheExecutablesFolder)
         {"installed, with a home only", {{"HOME", base + "/home"}, {"LC_TIME", "en_GB"}}, base + "/usr/bin",
             base + "/home/.local/state/corvane-remote", "", "", "en_GB"},
         {"installed, with neither", {}, base + "/usr/bin", base + "/usr/bin", "", "", "C"},
+        {"installed, with the machine's log folder", {{"HOME", base + "/home"}}, base + "/usr/bin", base + "/var-log",
+            "", "", "C", base + "/var-log"},
+        {"not installed: beside the program, whatever the machine has", {}, base + "/plain", base + "/plain", "", "",
+            "C", base + "/var-log"},
     };
+    std::filesystem::create_directories(scratch.file("var-log"));
     for (const Case& c : cases) {
         const Places places = placesFor(
             [&](const char* name) -> std::optional<std::string> {
                 const auto found = c.environment.find(name);
                 return found == c.environment.end() ? std::nullopt : std::optional(found->second);
             },
-            c.executableFolder);
+            c.executableFolder, c.machineLogFolder);
         EXPECT_EQ(places.programFolder, c.programFolder) << c.name;
         EXPECT_TRUE(c.storeFile.empty() || places.storeFile == c.storeFile) << c.name << ": " << places.storeFile;
         EXPECT_EQ(places.registryFolder, c.registryFolder) << c.name;
