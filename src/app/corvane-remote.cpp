@@ -84,7 +84,7 @@ int main(int argc, char** argv)
         return 0;
     }
     if (options.version) {
-        std::printf("%s %s\n", qPrintable(QCoreApplication::applicationName()), clientVersionText().c_str());
+        std::printf("%s\n", versionLine("corvane-remote").c_str());
         return 0;
     }
     if (options.createUserStore) {
