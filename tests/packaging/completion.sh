@@ -51,6 +51,7 @@ cases=(
     "users |list add passwd grant revoke delete|status"
     "users add SMITH --|--password --grant|--new-password"
     "users passwd SMITH --|--new-password --no-password|--grant"
+    "users [ --||--password --grant"
     "set-parms 15 Bau|Baud=|Baud"
     "set-parms 15 SaveTo|SaveToFolder=|"
     "set-parms 15 Baud=1|1 10 14|0 Baud=1"
