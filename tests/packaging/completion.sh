@@ -28,7 +28,8 @@ offered() {
 }
 
 commands=$(offered "")
-for command in status watch purge get-parms set-parms fields export import history config init-store users; do
+for command in status watch purge get-parms set-parms fields export import copy-parms revert diff history config init-store \
+    users; do
     grep -qx -- "$command" <<<"$commands" || fail "the command $command is not offered"
 done
 for command in $commands; do
@@ -38,17 +39,21 @@ done
 
 # The line typed so far | the words that must be offered (all of them) | words that must not be.
 cases=(
-    "--|--host --port --host-number --user --password-file --password --json --yes --help --version|--interval"
+    "--|--host --port --host-number --timeout --user --password-file --password --json --yes --help --version|--interval"
     "--host-number 2 wat|watch|status"
     "--user SMITH --json st|status|"
     "--help |status users config|--host"
     "--password-file po|ports.json|other.txt"
     "--port ||status"
-    "watch --|--interval --count --json|--host --since"
+    "status --t|--timeout|"
+    "--timeout 5 status --password-file p|ports.json|other.txt"
+    "watch --|--interval --count --json --host|--since --dry-run"
     "history --s|--since|--until"
+    "history -- -||--since --user"
     "config |show set-host set-idle|--name"
     "config set-host 1 --|--name --address --socket-port|--grant"
     "users |list add passwd grant revoke delete|status"
+    "users --json a|add|status"
     "users add SMITH --|--password --grant|--new-password"
     "users passwd SMITH --|--new-password --no-password|--grant"
     "users [ --||--password --grant"
@@ -57,10 +62,17 @@ cases=(
     "set-parms 15 Baud=1|1 10 14|0 Baud=1"
     "set-parms 15 AppendDateAndTime=|True False|"
     "set-parms 15 SaveToFolder=||SaveToFolder= True"
+    "set-parms 15 Baud=6 --d|--dry-run|"
     "import |ports.json other.txt|"
     "import ports.json ||ports.json"
+    "import ports.json --|--to --dry-run|--all-fields"
     "export 1 2 --file p|ports.json|other.txt"
-    "export 1 2 --|--file|--host"
+    "export 1 2 --file=p|ports.json|other.txt"
+    "export 1 2 --|--file|--dry-run"
+    "copy-parms 1 2 --|--all-fields --dry-run|--force"
+    "revert 3 --|--before --force --dry-run|--all-fields"
+    "diff 1 p|ports.json|other.txt"
+    "diff p||ports.json"
 )
 for case in "${cases[@]}"; do
     IFS='|' read -r line wanted unwanted <<<"$case"
