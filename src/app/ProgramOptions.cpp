@@ -13,7 +13,7 @@ const QLatin1String ConnectOption{"--connect"};
 struct Parser {
     QCommandLineParser parser;
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
-    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")};
+    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the program's version and the package's.")};
     QCommandLineOption createStore{QStringLiteral("create-user-store"),
         QStringLiteral("Create a first user store (SUPERVISOR and GUEST, no passwords) where the program looks for it "
                        "(/var/lib/corvane/BWKXBIDS.DAT, or $CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT), unless one is there "

@@ -1,5 +1,6 @@
 // A simulated DNC host for the demo, training rooms and tests: corvane-hostsim --port 49140
 #include "hostsim/HostSimulator.h"
+#include "shell/VersionRules.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -35,6 +36,9 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(QStringLiteral(
         "A simulated DNC host: 128 ports of a believable plant, answering one Corvane Remote terminal at a time."));
     parser.addHelpOption();
+    const QCommandLineOption version(QStringLiteral("version"),
+        QStringLiteral("Show the program's version (that of the terminal built with it) and the package's."));
+    parser.addOption(version);
     const QCommandLineOption port(QStringLiteral("port"), QStringLiteral("TCP port to listen on (default 49140)."),
         QStringLiteral("N"), QStringLiteral("49140"));
     const QCommandLineOption address(QStringLiteral("address"),
@@ -119,6 +123,10 @@ int main(int argc, char** argv)
         QStringLiteral("How many MB a flood sends (default 50)."), QStringLiteral("N"), QStringLiteral("50"));
     parser.addOptions({flood, floodMb});
     parser.process(app);
+    if (parser.isSet(version)) {
+        std::printf("%s\n", corvane::versionLine("corvane-hostsim").c_str());
+        return 0;
+    }
 
     HostSimulator host;
     for (const Option& f : faults) {

@@ -77,7 +77,12 @@ int main(int argc, char** argv)
         const QStringList pages = programHelpCandidates(places.programFolder);
         const auto found
             = std::find_if(pages.begin(), pages.end(), [](const QString& p) { return QFileInfo::exists(p); });
-        std::printf("\nHelp page (F1): %s\nLogs: %s\nUser store: %s\n",
+        // Where they are on this computer; the manual page says where they are in general.
+        std::printf("\nFiles:\n  Help page (F1): %s\n  Logs: %s\n  User store: %s\n"
+                    "\nEnvironment:\n"
+                    "  CORVANE_ROOT          the user store is $CORVANE_ROOT/BRELLWICK/BWKXBIDS.DAT\n"
+                    "  CORVANE_PROGRAM_DIR   the folder of the logs\n"
+                    "  CORVANE_REGISTRY_DIR  the folder of the settings (default ~/.config/CorvaneRemote)\n",
             qPrintable(found != pages.end()
                     ? QDir::toNativeSeparators(*found)
                     : QStringLiteral("missing (looked for %1)").arg(pages.join(QLatin1String(", ")))),
@@ -85,7 +90,7 @@ int main(int argc, char** argv)
         return 0;
     }
     if (options.version) {
-        std::printf("%s %s\n", qPrintable(QCoreApplication::applicationName()), clientVersionText().c_str());
+        std::printf("%s\n", versionLine("corvane-remote").c_str());
         return 0;
     }
     if (options.createUserStore) {

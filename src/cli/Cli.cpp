@@ -227,7 +227,7 @@ int Client::runCommand()
             return Done;
         }
         if (options_.command == QLatin1String("version")) {
-            print(QStringLiteral("corvane-remote-cli ") + QString::fromStdString(clientVersionText()));
+            print(QString::fromStdString(versionLine("corvane-remote-cli")));
             return Done;
         }
         const Command* command = commandNamed(options_.command);

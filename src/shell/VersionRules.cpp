@@ -2,6 +2,7 @@
 
 #include "runtime/Convert.h"
 #include "runtime/RunTimeError.h"
+#include "shell/PackageVersion.h"
 
 namespace corvane {
 
@@ -9,6 +10,12 @@ std::string clientVersionText()
 {
     return std::to_string(ClientMajor) + "." + (ClientMinor < 10 ? "0" : "") + std::to_string(ClientMinor) + " (build "
         + std::to_string(ClientBuild) + ")";
+}
+
+std::string versionLine(std::string_view program)
+{
+    return std::string(program) + " (Corvane Remote) program " + clientVersionText() + ", package "
+        + std::string(PackageVersion);
 }
 
 std::string ownVersionText()

@@ -9,6 +9,10 @@ namespace corvane {
 
 // The version as the windows show it: "1.02 (build 8)".
 std::string clientVersionText();
+// What --version prints, the program's version and the package's, each named, in the form of
+// a first version line that man page tools read: "corvane-remote (Corvane Remote) program 1.02
+// (build 8), package 1.2.8".
+std::string versionLine(std::string_view program);
 // Major and minor as plain integers, as the version rule reads them: 1.02 is "1.2".
 std::string ownVersionText();
 
