@@ -615,6 +615,8 @@ TEST_F(Cli, ASignalEndsTheCommandInOrder)
         {"set-parms 3 ConfirmHeader=%C", SIGTERM, 3, packet_type::PortParms},
         {"watch --interval 60", SIGINT, 1, packet_type::StatusRequest},
         {"set-parms 3 ConfirmHeader=%D", SIGHUP, 1, packet_type::PortParmsRequest},
+        {"watch --poll --interval 60", SIGTERM, 1, packet_type::StatusRequest},
+        {"copy-parms 3 4-9", SIGINT, 8, packet_type::PortParmsRequest},
     };
     plant.host.faults.ackSectionsUpTo = 2;
     for (const auto& c : cases) {
