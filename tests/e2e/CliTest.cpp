@@ -279,6 +279,19 @@ TEST_F(Cli, PasswordsComeFromAFileOnlyItsOwnerMayRead)
 
 // A reader that has gone before the client writes (`| head` done) ends it quietly, as the pipe's
 // signal ends any command: status 141, nothing said.
+// Output that cannot be written is never reported as success: the system's reason, and 6.
+TEST_F(Cli, AFullDiskEndsTheCommandWithItsReason)
+{
+    for (const char* line : {"status", "export 1-2 --file -", "--json get-parms 1"}) {
+        QProcess process;
+        process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(QStringLiteral(CORVANE_REMOTE_CLI_EXE), words(line));
+        ASSERT_TRUE(test::waitFor([&] { return process.state() == QProcess::NotRunning; }, 30000)) << line;
+        EXPECT_EQ(process.exitCode(), 6) << line;
+        EXPECT_TRUE(process.readAllStandardError().contains("No space left on device")) << line;
+    }
+}
+
 TEST_F(Cli, AReaderThatHasGoneEndsTheClientQuietly)
 {
     QProcess process;
