@@ -150,6 +150,12 @@ bool HostSession::UpdateCommParms(std::int16_t port)
         ui_.showMessage(notFetchedWhole(port + 1, fetchState(port)));
         return false;
     }
+    // A host that has gone is said in the words every command uses for it, before anything is
+    // built; the edit stays as it is, to be sent once connected again.
+    if (!connected()) {
+        ui_.showMessage(message::noSocketConnection());
+        return false;
+    }
     PortFetch& fetch = found->second;
     std::vector<ChangedField> changes
         = changedFields(fetch.host.comm, fetch.host.collection, parms_.commParms(port), parms_.dataCollection(port));

@@ -63,10 +63,13 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
             timers.fire("tmrSocketStatus");
         });
     QString shownAfter;
-    bool told = false;
+    bool told = false, toldGone = false;
     whenModal<frmCommParms>([&](frmCommParms& editor) {
         QLineEdit& footer = test::typeFooter(editor, QStringLiteral("M99"));
         pressOk(std::string(message::UpdateNoAck), told);
+        QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
+        // Update again, the host gone: said in the words every command uses, the edit kept.
+        pressOk(message::noSocketConnection(), toldGone);
         QTest::mouseClick(&control<QPushButton>(editor, "cmdUpdate"), Qt::LeftButton);
         shownAfter = footer.text();
         QTest::mouseClick(&control<QPushButton>(editor, "cmdExit"), Qt::LeftButton);
@@ -75,6 +78,7 @@ TEST_F(Faults, ACablePulledInTheMiddleOfAnUpdate)
     start(editingPort(3));
     ASSERT_TRUE(waitFor([&] { return !shownAfter.isEmpty(); }));
     EXPECT_TRUE(told);
+    EXPECT_TRUE(toldGone);
     EXPECT_EQ(shownAfter, QStringLiteral("M99"));
     EXPECT_EQ(program->mainWindow()->session().parmsTables().PortCommParmsTable[2].ConfirmFooter, "M99");
     EXPECT_EQ(plant.host.plant().parms.PortCommParmsTable[2].ConfirmFooter, hostsFooter) << "section 5 never went";
