@@ -5,6 +5,7 @@
 #include "platform/Latin1.h"
 #include "runtime/WholeFile.h"
 #include "session/ChangeRecord.h"
+#include "session/PortJson.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -124,10 +125,8 @@ int exportParms(Client& client)
         exported.append(portJson(client, port));
     }
     const std::size_t host = static_cast<std::size_t>(client.session().hostIndex());
-    const QJsonObject document{{QStringLiteral("host"), client.configuration().HostIPs[host]},
-        {QStringLiteral("hostPort"), client.configuration().SocketPorts[host]},
-        {QStringLiteral("exported"), QDateTime::currentDateTime().toString(Qt::ISODate)},
-        {QStringLiteral("ports"), exported}};
+    const QJsonObject document
+        = exportDocument(client.configuration().HostIPs[host], client.configuration().SocketPorts[host], exported);
     if (toOutput) {
         client.printJson(document, true);
         return Done;

@@ -2,6 +2,7 @@
 
 #include "commparms/FieldCatalogue.h"
 #include "commparms/FieldEdit.h"
+#include "session/PortJson.h"
 #include "platform/Latin1.h"
 #include "runtime/BoundedRead.h"
 #include "runtime/ErrorLog.h"
@@ -47,17 +48,6 @@ std::optional<FieldValue> valueFor(const RecordField& field, const QJsonValue& j
     if (!json.isDouble() || json.toDouble() != static_cast<double>(json.toInteger()))
         return std::nullopt;
     return FieldValue{std::int64_t{json.toInteger()}};
-}
-
-// The fields the host stores; those this terminal keeps to itself are never printed as the
-// host's.
-QJsonObject recordJson(const PortRecords& r, bool collection)
-{
-    QJsonObject out;
-    for (const RecordField& field : recordFields())
-        if (field.dataCollection == collection && !keptByTerminalOnly(field.name))
-            out.insert(fromLatin1Bytes(field.name), jsonOf(fieldValue(r.comm, r.collection, field)));
-    return out;
 }
 
 // A port as the host sent it in a complete fetch, with what the editor's rules of showing it

@@ -19,8 +19,6 @@ void fetched(Client& client, std::int16_t port);
 // The port's records sent back as the editor's update does; ends with 1 or 3 (said) otherwise.
 void update(Client& client, std::int16_t port);
 
-// One record of a port as JSON, the host's fields only (never those this terminal keeps).
-QJsonObject recordJson(const PortRecords& r, bool collection);
 // A port as the host sent it in a complete fetch, with what the editor's rules of showing it
 // change beside it.
 QJsonObject portJson(Client& client, std::int16_t port);

@@ -5,7 +5,7 @@
 namespace corvane {
 namespace {
 
-template <typename Record> Record& recordAt(std::vector<Record>& table, std::int16_t port)
+template <typename Table> auto& recordAt(Table& table, std::int16_t port)
 {
     if (port < 0 || static_cast<std::size_t>(port) >= table.size())
         raise(err::SubscriptOutOfRange);
@@ -28,6 +28,11 @@ PortCommParms& PortParmsTables::commParms(std::int16_t port)
 DataCollectionParms& PortParmsTables::dataCollection(std::int16_t port)
 {
     return recordAt(DataCollectionTable, port);
+}
+
+PortRecords PortParmsTables::records(std::int16_t port) const
+{
+    return {recordAt(PortCommParmsTable, port), recordAt(DataCollectionTable, port)};
 }
 
 } // namespace corvane

@@ -120,7 +120,7 @@ struct PortParmsTables {
     // The records of a port; a port with no record raises "Subscript out of range".
     PortCommParms& commParms(std::int16_t port);
     DataCollectionParms& dataCollection(std::int16_t port);
-    PortRecords records(std::int16_t port) { return {commParms(port), dataCollection(port)}; }
+    PortRecords records(std::int16_t port) const;
     void setRecords(std::int16_t port, const PortRecords& records)
     {
         commParms(port) = records.comm;

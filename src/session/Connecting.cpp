@@ -191,7 +191,12 @@ void HostSession::tmrIdleLogoff_Timer()
 {
     IdleMinuteCount = toInt16(IdleMinuteCount + 1);
     if (config_.IdleMinutes != 0 && connected() && IdleMinuteCount > config_.IdleMinutes) {
-        ui_.showMessage(message::idleLogOff(config_.IdleMinutes));
+        // The log-off goes ahead (nobody is there), but an edit that was not sent is kept, and
+        // said where.
+        std::string text = message::idleLogOff(config_.IdleMinutes);
+        for (const std::string& kept : keepUnsentEdits())
+            text += "\r\n" + message::unsentEditKept(kept);
+        ui_.showMessage(text);
         closeSocket();
         setStatus(Idle, IdleColour);
         setConnectState(ConnectState::Idle);

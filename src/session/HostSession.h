@@ -95,6 +95,12 @@ public:
     SinglePortMode singlePortMode() const override;
     std::int16_t selectedPortIndex() const override { return SelectedPortIndex; }
     void resetIdleCount() override { IdleMinuteCount = 0; }
+    // Whether the port's records hold changes made since its fetch that were not sent (the
+    // rules' own corrections on showing it are none).
+    bool hasUnsentEdit(std::int16_t port) const;
+    // Before the idle log-off: each port's unsent changes written to a file of the program
+    // folder as an export of that port; the files' paths.
+    std::vector<std::string> keepUnsentEdits();
     bool portSpinNoticeShown() const override { return PortSpinNoticeShown; }
     void setPortSpinNoticeShown() override { PortSpinNoticeShown = true; }
     bool FetchCommParms(std::int16_t port) override;

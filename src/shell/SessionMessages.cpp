@@ -67,6 +67,11 @@ std::string noSocketConnection()
     return "No Socket Connection.  Try To Connect Again";
 }
 
+std::string unsentEditKept(const std::string& path)
+{
+    return "Changes that were not sent are kept in " + path + " (corvane-remote-cli import sends them).";
+}
+
 std::string purgeQuestion()
 {
     return joinLines({"This action will purge and reset the specified port.", "Do you want to continue?"});

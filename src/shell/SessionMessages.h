@@ -17,6 +17,8 @@ std::string fetchVersionTimeout();
 std::string hostTooOld(std::string_view hostVersion);
 std::string upgradeAdvisory(std::string_view hostVersion, std::string_view minimumRemoteVersion);
 std::string noSocketConnection();
+// After the idle log-off's own words: where a port's unsent changes were kept.
+std::string unsentEditKept(const std::string& path);
 std::string purgeQuestion();
 std::string idleLogOff(std::int16_t idleMinutes);
 std::string insufficientRights();

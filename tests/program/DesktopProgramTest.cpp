@@ -4,6 +4,7 @@
 #include "security/FirstStore.h"
 #include "protocol/PacketTypes.h"
 #include "security/UserStore.h"
+#include "session/HostConfiguration.h"
 #include "session/LastUser.h"
 #include "security/forms/frmChangeUser.h"
 #include "security/Rights.h"
@@ -16,11 +17,14 @@
 #include "support/Users.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QMouseEvent>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -152,6 +156,44 @@ TEST_F(Program, TheConfigurationFieldsTakeKeysAsTheDesktopSendsThem)
     saved.load();
     EXPECT_EQ(saved.SocketPorts[3], 41427);
     EXPECT_EQ(saved.SocketPorts[4], 49143);
+}
+
+// Any key, click or scroll in any window counts as someone there, reading included: the idle
+// log-off comes only a whole idle time after the last of them, whichever window had it.
+TEST_F(Program, AnyKeyClickOrScrollPutsTheIdleLogOffBack)
+{
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+    HostConfiguration hosts(*plant.registry);
+    hosts.load();
+    hosts.IdleMinutes = 1;
+    ASSERT_TRUE(hosts.save());
+    frmCVRemote& window = start(test::connectingTo(1));
+    ASSERT_TRUE(test::waitFor([&] { return loggedIn && filled(); }));
+    QWidget& grid = control<QWidget>(window, "tgMainScreen");
+    const std::function<void()> activities[] = {
+        [&] { QTest::keyClick(&grid, Qt::Key_Down); },
+        [&] {
+            QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), grid.mapToGlobal(QPointF(5, 5)), Qt::LeftButton,
+                Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&control<QLabel>(window, "lblSocketStatus"), &press);
+        },
+        [&] {
+            QWheelEvent wheel(QPointF(5, 5), grid.mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120), Qt::NoButton,
+                Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&grid, &wheel);
+        },
+    };
+    bool told = false;
+    test::pressOk(message::idleLogOff(1), told); // should any activity be missed
+    // One minute passes after each activity: one over the limit were it not counted.
+    timers.fire("tmrIdleLogoff");
+    for (std::size_t i = 0; i < std::size(activities); ++i) {
+        activities[i]();
+        timers.fire("tmrIdleLogoff");
+        EXPECT_FALSE(told) << "activity " << i;
+    }
+    timers.fire("tmrIdleLogoff");
+    EXPECT_TRUE(test::waitFor([&] { return told && finished.has_value(); }));
 }
 
 } // namespace

@@ -13,12 +13,16 @@
 #include "support/Wait.h"
 #include "support/Wire.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTcpServer>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <filesystem>
 
 namespace corvane {
 namespace {
@@ -295,6 +299,38 @@ TEST_F(Session, IdleLogOffComesOnTheTickAfterTheLimitAndNeverWithZero)
     }
 }
 
+// The log-off goes ahead, but a port's changes that were not sent are kept in a file the client
+// can import, and the message says where; the rules' own corrections on showing are no change.
+TEST_F(Session, TheIdleLogOffKeepsAnEditThatWasNotSent)
+{
+    config->IdleMinutes = 1;
+    connectAndFill();
+    ASSERT_TRUE(session->FetchCommParms(3));
+    ASSERT_TRUE(session->FetchCommParms(4));
+    EXPECT_FALSE(session->hasUnsentEdit(3));
+    session->parmsTables().commParms(3).ConfirmFooter = "M77";
+    EXPECT_TRUE(session->hasUnsentEdit(3));
+    timers.fire("tmrIdleLogoff", 2);
+    ASSERT_EQ(ui.logOffs, 1);
+    const std::string said = ui.messages.back();
+    EXPECT_EQ(said.rfind(message::idleLogOff(1), 0), 0u) << "the log-off's own words first";
+    std::vector<std::filesystem::path> kept;
+    for (const auto& entry : std::filesystem::directory_iterator(plant->folder.path()))
+        if (entry.path().filename().string().starts_with("unsent-port-"))
+            kept.push_back(entry.path());
+    ASSERT_EQ(kept.size(), 1u) << "port 5's fetch holds nothing unsent";
+    EXPECT_NE(said.find(kept[0].string()), std::string::npos) << said;
+    const QJsonObject port = QJsonDocument::fromJson(QByteArray::fromStdString(plant->folder.read(kept[0].filename().string())))
+                                 .object()
+                                 .value(QStringLiteral("ports"))
+                                 .toArray()
+                                 .at(0)
+                                 .toObject();
+    EXPECT_EQ(port.value(QStringLiteral("port")).toInt(), 4);
+    EXPECT_EQ(port.value(QStringLiteral("PortCommParms")).toObject().value(QStringLiteral("ConfirmFooter")).toString(),
+        QStringLiteral("M77"));
+}
+
 TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
 {
     connectAndFill();
@@ -306,12 +342,12 @@ TEST_F(Session, DisconnectAndALostSocketReturnToIdle)
     // The editor's exchanges send nothing now; only the update's trailer fails, to its caller. A
     // fetch that could ask for nothing is no fetch: the port is not shown or sent until one is.
     const std::size_t sent = plant->received.size();
-    EXPECT_EQ(test::errorNumberRaisedBy([this] { session->UpdateCommParms(3); }), err::SocketBadState);
+    EXPECT_FALSE(session->UpdateCommParms(3)) << "said, with the edit kept";
     EXPECT_FALSE(session->FetchCommParms(3)) << "sections are skipped, silently";
     EXPECT_EQ(plant->received.size(), sent);
-    EXPECT_TRUE(ui.messages.empty());
+    EXPECT_EQ(ui.messages, std::vector<std::string>{message::noSocketConnection()});
     EXPECT_FALSE(session->UpdateCommParms(3));
-    EXPECT_EQ(ui.messages, std::vector<std::string>{notFetchedWhole(4, session->fetchState(3))});
+    EXPECT_EQ(ui.messages.back(), notFetchedWhole(4, session->fetchState(3)));
 
     ASSERT_TRUE(waitFor([this] { return !host().hasTerminal(); }));
     connectAndFill();

@@ -67,6 +67,7 @@ frmCVRemote::frmCVRemote(Terminal& terminal, Services& services, QWidget* parent
     , hold_(terminal, *this, "desktop")
     , session_(hold_.session())
     , model_(session_.portStatus())
+    , activity_([this] { session_.resetIdleCount(); }, this)
 {
     ui->setupUi(this);
     setBackground(ui->lblSocketStatus, fromBgr(StartColour));

@@ -9,6 +9,7 @@
 #include "session/PortStatusModel.h"
 #include "session/SessionUi.h"
 #include "session/Terminal.h"
+#include "widgets/ActivityWatch.h"
 
 #include <QMainWindow>
 
@@ -99,6 +100,7 @@ private:
     SessionHold hold_;
     HostSession& session_;
     PortStatusModel model_;
+    ActivityWatch activity_; // any key, click or scroll anywhere in the program resets the idle count
     bool firstActivation_ = true;
     bool activating_ = false;
     bool editorOpen_ = false;
