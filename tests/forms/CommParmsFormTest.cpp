@@ -391,6 +391,16 @@ TEST_F(CommParmsForm, TheCatalogueAndTheFormAgree)
                 }
 }
 
+// As it opens, with its pages, tabs and scroll areas: every control named for a reader.
+TEST_F(CommParmsForm, EveryControlHasAnAccessibleName)
+{
+    open();
+    EXPECT_EQ(test::unnamedControls(*form).join(QStringLiteral(", ")).toStdString(), "");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&find<QSpinBox>("PortSpin"))->text(QAccessible::Name),
+        QStringLiteral("Row (Port - 1):"))
+        << "the spinner holds the grid's row, the port less one";
+}
+
 TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
 {
     open();

@@ -9,7 +9,10 @@
 #include <QRegularExpression>
 #include <QUrl>
 
+#include <QAbstractSpinBox>
+#include <QAccessible>
 #include <QApplication>
+#include <QTabBar>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -97,6 +100,26 @@ inline QUrl landsOn(const QUrl& opened)
     for (const auto& [escaped, plain] : {std::pair{"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}})
         address.replace(QLatin1String(escaped), QLatin1String(plain));
     return QUrl::fromEncoded(address.toUtf8(), QUrl::StrictMode);
+}
+
+// The controls of `form` that take the keyboard and have no name.
+inline QStringList unnamedControls(QWidget& form)
+{
+    QStringList unnamed;
+    for (QWidget* w : form.findChildren<QWidget*>()) {
+        if (w->focusPolicy() == Qt::NoFocus)
+            continue;
+        // A spin box's own line edit is the box itself to a reader; the first of the rights'
+        // check boxes is captioned from the rights list when the form opens, as the others are; a
+        // tab bar is named by its form when it opens.
+        if (qobject_cast<QAbstractSpinBox*>(w->parentWidget()) || w->objectName() == QLatin1String("chkRights_0")
+            || (qobject_cast<QTabBar*>(w) && qobject_cast<QTabBar*>(w)->count() == 0))
+            continue;
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(w);
+        if (!accessible || accessible->text(QAccessible::Name).trimmed().isEmpty())
+            unnamed << QStringLiteral("%1 (%2)").arg(w->objectName(), QString::fromLatin1(w->metaObject()->className()));
+    }
+    return unnamed;
 }
 
 // Calls `answer` with the modal dialog of type T for which `ready` holds, once it is up. Should

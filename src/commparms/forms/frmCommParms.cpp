@@ -21,6 +21,7 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
+#include <QTabBar>
 
 #include <algorithm>
 
@@ -69,6 +70,8 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     ui->CommTab->addTab(scrolledPage(strings_), QStringLiteral("Start/End Strings"));
     ui->CommTab->addTab(scrolledPage(collection_), QStringLiteral("Data Collection"));
     pages_ = {serial_, requests_, options_, strings_, collection_};
+    if (auto* bar = ui->CommTab->findChild<QTabBar*>())
+        bar->setAccessibleName(ui->CommTab->accessibleName());
     for (CommParmsPage* page : pages_)
         page->bindPlainFields();
     ui->lblPending->setVisible(false);
