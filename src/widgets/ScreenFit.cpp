@@ -1,6 +1,7 @@
 #include "widgets/ScreenFit.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QPointer>
@@ -50,9 +51,27 @@ int balancedWrapWidth(const QString& text, const QFontMetrics& metrics, int pref
     return high;
 }
 
+namespace {
+
+// Asks for the whole page where the screen has room for it (a plain scroll area asks for a
+// fixed share of the font's size, and the window would open with its page scrolled); the
+// screen's own limits then cut it down, and the area's small minimum lets the window shrink.
+class PageScrollArea final : public QScrollArea {
+public:
+    QSize sizeHint() const override
+    {
+        if (!widget())
+            return QScrollArea::sizeHint();
+        const int frame = 2 * frameWidth();
+        return widget()->sizeHint() + QSize(frame, frame);
+    }
+};
+
+} // namespace
+
 QWidget* scrolledPage(QWidget* page)
 {
-    auto* area = new QScrollArea;
+    auto* area = new PageScrollArea;
     area->setObjectName(page->objectName() + QStringLiteral("Scroll"));
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
@@ -81,9 +100,35 @@ void KeepWindowsOnScreen::fit(QWidget& window)
     window.move(placed.topLeft());
 }
 
+namespace {
+
+// A window first shown smaller than its contents ask for (a window takes at most two thirds of
+// its screen at first) takes what they ask for, as far as the screen's free area goes.
+void openAtItsSize(QWidget& window)
+{
+    const QScreen* screen = window.screen();
+    const QSize wanted = window.sizeHint();
+    if (!screen || !wanted.isValid() || window.isMaximized() || window.isFullScreen())
+        return;
+    const QSize room = screen->availableGeometry().size();
+    const QSize size = window.size().expandedTo(wanted.boundedTo(room)).boundedTo(window.maximumSize());
+    if (size != window.size())
+        window.resize(size);
+}
+
+} // namespace
+
 bool KeepWindowsOnScreen::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Show || event->type() == QEvent::Resize) {
+    if (event->type() == QEvent::Show) {
+        auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget && widget->isWindow() && qobject_cast<QDialog*>(widget) && !widget->property("placedOnce").toBool()) {
+            widget->setProperty("placedOnce", true);
+            openAtItsSize(*widget);
+        }
+    }
+    // A window manager that frames the window moves it: its frame is known from then on.
+    if (event->type() == QEvent::Show || event->type() == QEvent::Resize || event->type() == QEvent::Move) {
         auto* widget = qobject_cast<QWidget*>(watched);
         if (widget && widget->isWindow() && widget->windowType() != Qt::Popup
             && widget->windowType() != Qt::ToolTip) {

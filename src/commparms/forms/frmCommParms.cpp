@@ -74,6 +74,11 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
         bar->setAccessibleName(ui->CommTab->accessibleName());
     for (CommParmsPage* page : pages_)
         page->bindPlainFields();
+    // Shown while a port's state is asked for: its line stays reserved when it is hidden, so
+    // that showing it never raises the window's minimum and the window never grows from it.
+    QSizePolicy pending = ui->lblPending->sizePolicy();
+    pending.setRetainSizeWhenHidden(true);
+    ui->lblPending->setSizePolicy(pending);
     ui->lblPending->setVisible(false);
     ui->PortSpin->setRange(0, static_cast<int>(link.parmsTables().PortCommParmsTable.size()) - 1);
     ui->PortSpin->setKeyboardTracking(false); // a port is fetched once its number is complete
