@@ -1,6 +1,6 @@
-// Every control of every form can be found by its name: a screen reader says it, and automation
-// (xdotool and the like) finds it by it. A control's name is its caption, or the text of the
-// label that stands for it (the label's buddy).
+// Every form as Designer made it: every control can be found by its name (a screen reader says
+// it, and automation, xdotool and the like, finds it by it: its caption, or the text of the label
+// that stands for it, the label's buddy), and no form is too large for a small screen.
 #include "ui_AboutDlg.h"
 #include "ui_CommMessage.h"
 #include "ui_CommTabDataCollection.h"
@@ -29,24 +29,27 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <vector>
 #include <memory>
 
 namespace corvane {
 namespace {
 
-template <typename Ui, typename Host> std::function<QStringList()> form()
+// Builds the form as Designer made it and hands it to `look`.
+using Look = std::function<void(QWidget&)>;
+template <typename Ui, typename Host> std::function<void(const Look&)> form()
 {
-    return [] {
+    return [](const Look& look) {
         Host host;
         Ui ui;
         ui.setupUi(&host);
-        return test::unnamedControls(host);
+        look(host);
     };
 }
 
-TEST(AccessibleNames, EveryControlOfEveryFormHasOne)
+const std::vector<std::pair<const char*, std::function<void(const Look&)>>>& everyForm()
 {
-    const std::pair<const char*, std::function<QStringList()>> forms[] = {
+    static const std::vector<std::pair<const char*, std::function<void(const Look&)>>> forms = {
         {"frmCVRemoteStartup", form<Ui::frmCVRemoteStartup, QMainWindow>()},
         {"frmCVRemote", form<Ui::frmCVRemote, QMainWindow>()},
         {"frmConfiguration", form<Ui::frmConfiguration, QDialog>()},
@@ -67,8 +70,29 @@ TEST(AccessibleNames, EveryControlOfEveryFormHasOne)
         {"frmSupervisorOps", form<Ui::frmSupervisorOps, QDialog>()},
         {"frmUserInfo", form<Ui::frmUserInfo, QDialog>()},
     };
-    for (const auto& [name, unnamed] : forms)
-        EXPECT_EQ(unnamed().join(QStringLiteral(", ")).toStdString(), "") << name << ": controls without a name";
+    return forms;
+}
+
+TEST(AccessibleNames, EveryControlOfEveryFormHasOne)
+{
+    for (const auto& [name, build] : everyForm())
+        build([name = name](QWidget& form) {
+            EXPECT_EQ(test::unnamedControls(form).join(QStringLiteral(", ")).toStdString(), "")
+                << name << ": controls without a name";
+        });
+}
+
+// No form asks for more than a 1280x720 screen leaves it (1920x1080 at 150 % is the same
+// screen to the program): a panel and a title bar take their share of the height.
+TEST(FormsFit, NoFormsMinimumIsLargerThanASmallScreen)
+{
+    const QSize room(1280 - 16, 720 - 80);
+    for (const auto& [name, build] : everyForm())
+        build([name = name, room](QWidget& form) {
+            const QSize minimum = form.minimumSizeHint().expandedTo(form.minimumSize());
+            EXPECT_TRUE(minimum.width() <= room.width() && minimum.height() <= room.height())
+                << name << ": " << minimum.width() << "x" << minimum.height();
+        });
 }
 
 } // namespace
