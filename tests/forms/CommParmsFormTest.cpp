@@ -20,6 +20,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -403,6 +404,16 @@ TEST_F(CommParmsForm, EveryControlHasAnAccessibleName)
 
 TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
 {
+    // The forwarding pages go to a runtime folder of the test's own.
+    QTemporaryDir runtime;
+    const QByteArray previous = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+    const auto restore = qScopeGuard([&] {
+        if (previous.isEmpty())
+            qunsetenv("XDG_RUNTIME_DIR");
+        else
+            qputenv("XDG_RUNTIME_DIR", previous);
+    });
     open();
     QTest::keyClick(form.get(), Qt::Key_F1);
     ASSERT_EQ(boxes.calls.size(), 1u);
@@ -412,6 +423,7 @@ TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
     folder.write("help/corvane-remote.html", "<html></html>");
     QTest::keyClick(form.get(), Qt::Key_F1);
     ASSERT_EQ(desktop.opened.size(), 1u);
+    EXPECT_TRUE(desktop.opened[0].toLocalFile().startsWith(runtime.path())) << "a forwarding page";
     const QUrl first = test::landsOn(desktop.opened[0]);
     EXPECT_EQ(first.fragment(), QStringLiteral("commparms"));
     EXPECT_TRUE(first.toLocalFile().endsWith(QStringLiteral("help/corvane-remote.html")));
