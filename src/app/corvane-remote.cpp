@@ -18,6 +18,7 @@
 #include "shell/VersionRules.h"
 #include "startup/StartupPlaces.h"
 #include "widgets/Desktop.h"
+#include "widgets/ProgramStyle.h"
 
 #include <QApplication>
 #include <QDir>
@@ -112,6 +113,7 @@ int main(int argc, char** argv)
     }
 
     QApplication app(argc, argv);
+    applyProgramLook(app);
     keepSecretsOutOfCoreDumps(); // before the user store or any password is read
     Places places = placesFromEnvironment(QApplication::applicationDirPath().toStdString());
 

@@ -7,8 +7,11 @@
 
 #include <QApplication>
 #include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace corvane {
 namespace {
@@ -20,6 +23,30 @@ QWidget* boxParent()
         return modal;
     return QApplication::activeWindow();
 }
+
+// The system's box, its text wrapped in lines of like length once it has sized itself.
+class SystemMessageBox final : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void showEvent(QShowEvent* event) override
+    {
+        QMessageBox::showEvent(event);
+        auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        if (!label || label->text().isEmpty())
+            return;
+        label->setWordWrap(true);
+        wrapBalanced(*label, SystemMessageWidth);
+        layout()->activate();
+        const int width = std::max(layout()->totalMinimumSize().width(), minimumWidth());
+        setFixedSize(width, layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
+                                                          : layout()->totalMinimumSize().height());
+    }
+
+private:
+    static constexpr int SystemMessageWidth = 360;
+};
 
 } // namespace
 
@@ -39,7 +66,8 @@ std::int16_t GenMsgBoxes::Show_Gen_MsgBox(const std::string& text, std::int16_t 
 
 std::int16_t GenMsgBoxes::MsgBox(const std::string& text, std::int16_t style, const std::string& title)
 {
-    QMessageBox box(boxParent());
+    SystemMessageBox box(boxParent());
+    dressAsBox(box);
     box.setWindowTitle(fromLatin1Bytes(title));
     box.setText(fromLatin1Bytes(text));
     switch (messageIcon(style)) {

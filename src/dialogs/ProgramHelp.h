@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 #include <string>
 
@@ -14,6 +15,13 @@ class MessageBoxes;
 // (help/corvane-remote.html), in the desktop's browser. A help that is missing, or that nothing
 // on the desktop opens, is said in a box, never passed over.
 void showProgramHelp(Desktop& desktop, MessageBoxes& boxes, const std::string& programFolder, const QString& topic);
+
+// Outside Windows, for an address with a section: a small page, new in `folder` (the user's
+// runtime folder) and readable by this user only, that forwards the browser to `target`, section
+// included; a desktop that opens a file address by its path alone (xdg-open) then still lands on
+// the section. This run's previous such page is removed. Without a section, on Windows, or when
+// the page cannot be written, `target` itself.
+QUrl helpForwardingPage(const QUrl& target, const QString& folder);
 
 // Where the help page is looked for, first found first.
 QStringList programHelpCandidates(const std::string& programFolder);

@@ -1,11 +1,13 @@
 #include "dialogs/frmGenMsgBox.h"
 
 #include "ui_frmGenMsgBox.h"
+#include "widgets/ScreenFit.h"
 
 #include <QApplication>
 #include <QFontMetrics>
 #include <QOperatingSystemVersion>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QSysInfo>
@@ -37,6 +39,9 @@ QStyle* olderGenerationStyle()
     return style;
 }
 
+// 4500 twips at the desktop's 15 twips a pixel.
+constexpr int MessageWidth = 300;
+
 } // namespace
 
 frmGenMsgBox::frmGenMsgBox(const QString& text, std::int16_t style, const QString& title,
@@ -45,6 +50,7 @@ frmGenMsgBox::frmGenMsgBox(const QString& text, std::int16_t style, const QStrin
     , ui(std::make_unique<Ui::frmGenMsgBox>())
 {
     ui->setupUi(this);
+    dressAsBox(*this);
     setWindowTitle(title);
     ui->lblMsg->setText(text);
 
@@ -89,7 +95,9 @@ frmGenMsgBox::frmGenMsgBox(const QString& text, std::int16_t style, const QStrin
         label->setVisible(!newer && value == icon);
     }
 
-    // The text wraps within its 4500 twips; the box itself is as wide as its caption needs.
+    // The text wraps within its 4500 twips (further only for a word longer than that), in lines
+    // of like length; the box itself is as wide as its caption needs.
+    wrapBalanced(*ui->lblMsg, MessageWidth);
     ui->layForm->addSpacerItem(
         new QSpacerItem(captionWidth(title, fontMetrics()), 0, QSizePolicy::Fixed, QSizePolicy::Fixed));
 }
@@ -112,6 +120,21 @@ void frmGenMsgBox::reject()
         return;
     pressed_ = cancel_;
     QDialog::reject();
+}
+
+void dressAsBox(QDialog& box)
+{
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+        | Qt::WindowCloseButtonHint);
+}
+
+void wrapBalanced(QLabel& label, int preferredWidth)
+{
+    const QScreen* screen = label.screen() ? label.screen() : QApplication::primaryScreen();
+    // Room for the icon, the margins and the frame beside the text.
+    const int limit = screen ? screen->availableGeometry().width() - 120 : preferredWidth;
+    label.setMaximumWidth(QWIDGETSIZE_MAX);
+    label.setFixedWidth(balancedWrapWidth(label.text(), label.fontMetrics(), preferredWidth, limit));
 }
 
 int captionWidth(const QString& caption, const QFontMetrics& metrics)

@@ -9,6 +9,7 @@
 #include <vector>
 
 class QFontMetrics;
+class QLabel;
 class QPushButton;
 
 namespace Ui {
@@ -44,6 +45,11 @@ private:
     std::optional<std::int16_t> cancel_;
     int defaultButton_ = 0;
 };
+
+// A box's window: a title and a close box, no minimise or maximise, and the text wrapped in
+// lines of like length (`label`'s width fixed to it), never wider than the screen it opens on.
+void dressAsBox(QDialog& box);
+void wrapBalanced(QLabel& label, int preferredWidth);
 
 // The version of the running system as major.minor (the kernel's outside Windows), read once.
 double systemVersion();

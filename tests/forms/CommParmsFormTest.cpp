@@ -20,6 +20,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -391,8 +392,28 @@ TEST_F(CommParmsForm, TheCatalogueAndTheFormAgree)
                 }
 }
 
+// As it opens, with its pages, tabs and scroll areas: every control named for a reader.
+TEST_F(CommParmsForm, EveryControlHasAnAccessibleName)
+{
+    open();
+    EXPECT_EQ(test::unnamedControls(*form).join(QStringLiteral(", ")).toStdString(), "");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&find<QSpinBox>("PortSpin"))->text(QAccessible::Name),
+        QStringLiteral("Row (Port - 1):"))
+        << "the spinner holds the grid's row, the port less one";
+}
+
 TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
 {
+    // The forwarding pages go to a runtime folder of the test's own.
+    QTemporaryDir runtime;
+    const QByteArray previous = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+    const auto restore = qScopeGuard([&] {
+        if (previous.isEmpty())
+            qunsetenv("XDG_RUNTIME_DIR");
+        else
+            qputenv("XDG_RUNTIME_DIR", previous);
+    });
     open();
     QTest::keyClick(form.get(), Qt::Key_F1);
     ASSERT_EQ(boxes.calls.size(), 1u);
@@ -402,14 +423,16 @@ TEST_F(CommParmsForm, F1OpensTheHelpOrSaysItIsMissing)
     folder.write("help/corvane-remote.html", "<html></html>");
     QTest::keyClick(form.get(), Qt::Key_F1);
     ASSERT_EQ(desktop.opened.size(), 1u);
-    EXPECT_EQ(desktop.opened[0].fragment(), QStringLiteral("commparms"));
-    EXPECT_TRUE(desktop.opened[0].toLocalFile().endsWith(QStringLiteral("help/corvane-remote.html")));
+    EXPECT_TRUE(desktop.opened[0].toLocalFile().startsWith(runtime.path())) << "a forwarding page";
+    const QUrl first = test::landsOn(desktop.opened[0]);
+    EXPECT_EQ(first.fragment(), QStringLiteral("commparms"));
+    EXPECT_TRUE(first.toLocalFile().endsWith(QStringLiteral("help/corvane-remote.html")));
 
     // On a field, the help's section about that field's tab.
     find<QCheckBox>("chkExtractData").setFocus();
     QTest::keyClick(form.get(), Qt::Key_F1);
     ASSERT_EQ(desktop.opened.size(), 2u);
-    EXPECT_EQ(desktop.opened[1].fragment(), QStringLiteral("commparms-collection"));
+    EXPECT_EQ(test::landsOn(desktop.opened[1]).fragment(), QStringLiteral("commparms-collection"));
 
     desktop.opens = false;
     QTest::keyClick(form.get(), Qt::Key_F1);

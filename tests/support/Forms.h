@@ -4,9 +4,15 @@
 #include "widgets/Desktop.h"
 #include "support/Wait.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QUrl>
 
+#include <QAbstractSpinBox>
+#include <QAccessible>
 #include <QApplication>
+#include <QTabBar>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -68,6 +74,53 @@ struct ScriptedDesktop final : Desktop {
         return opens;
     }
 };
+
+// Where the browser lands that the desktop was handed `opened`: the help page itself, or, for
+// one of the program's forwarding pages, where it forwards to. A forwarding page must be a
+// regular file that only its owner may read or write.
+inline QUrl landsOn(const QUrl& opened)
+{
+    if (!opened.isLocalFile() || !QFileInfo(opened.toLocalFile()).fileName().startsWith(QLatin1String("corvane-help-")))
+        return opened;
+    const QFileInfo info(opened.toLocalFile());
+    EXPECT_FALSE(info.isSymLink());
+    EXPECT_TRUE(info.isFile());
+    EXPECT_EQ(info.permissions() & ~(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser),
+        QFile::Permissions{})
+        << "readable by its owner only";
+    QFile page(opened.toLocalFile());
+    if (!page.open(QIODevice::ReadOnly))
+        return {};
+    const QString text = QString::fromUtf8(page.readAll());
+    const QRegularExpressionMatch m
+        = QRegularExpression(QStringLiteral("http-equiv=\"refresh\" content=\"0; url=([^\"]*)\"")).match(text);
+    if (!m.hasMatch())
+        return {};
+    QString address = m.captured(1);
+    for (const auto& [escaped, plain] : {std::pair{"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}})
+        address.replace(QLatin1String(escaped), QLatin1String(plain));
+    return QUrl::fromEncoded(address.toUtf8(), QUrl::StrictMode);
+}
+
+// The controls of `form` that take the keyboard and have no name.
+inline QStringList unnamedControls(QWidget& form)
+{
+    QStringList unnamed;
+    for (QWidget* w : form.findChildren<QWidget*>()) {
+        if (w->focusPolicy() == Qt::NoFocus)
+            continue;
+        // A spin box's own line edit is the box itself to a reader; the first of the rights'
+        // check boxes is captioned from the rights list when the form opens, as the others are; a
+        // tab bar is named by its form when it opens.
+        if (qobject_cast<QAbstractSpinBox*>(w->parentWidget()) || w->objectName() == QLatin1String("chkRights_0")
+            || (qobject_cast<QTabBar*>(w) && qobject_cast<QTabBar*>(w)->count() == 0))
+            continue;
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(w);
+        if (!accessible || accessible->text(QAccessible::Name).trimmed().isEmpty())
+            unnamed << QStringLiteral("%1 (%2)").arg(w->objectName(), QString::fromLatin1(w->metaObject()->className()));
+    }
+    return unnamed;
+}
 
 // Calls `answer` with the modal dialog of type T for which `ready` holds, once it is up. Should
 // none come within the time limit, whatever modal dialog is up is closed, so that a test fails

@@ -15,11 +15,13 @@
 #include "runtime/ErrorLog.h"
 #include "ui_frmCommParms.h"
 #include "widgets/DigitField.h"
+#include "widgets/ScreenFit.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
+#include <QTabBar>
 
 #include <algorithm>
 
@@ -61,14 +63,22 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     options_ = new CommTabOptions(*this, ui->CommTab);
     strings_ = new CommTabStrings(*this, ui->CommTab);
     collection_ = new CommTabDataCollection(*this, ui->CommTab);
-    ui->CommTab->addTab(serial_, QStringLiteral("Communications"));
-    ui->CommTab->addTab(requests_, QStringLiteral("Remote Request"));
-    ui->CommTab->addTab(options_, QStringLiteral("Options"));
-    ui->CommTab->addTab(strings_, QStringLiteral("Start/End Strings"));
-    ui->CommTab->addTab(collection_, QStringLiteral("Data Collection"));
+    // Each page scrolls where the screen is too small for it (1280x720, or 150 %).
+    ui->CommTab->addTab(scrolledPage(serial_), QStringLiteral("Communications"));
+    ui->CommTab->addTab(scrolledPage(requests_), QStringLiteral("Remote Request"));
+    ui->CommTab->addTab(scrolledPage(options_), QStringLiteral("Options"));
+    ui->CommTab->addTab(scrolledPage(strings_), QStringLiteral("Start/End Strings"));
+    ui->CommTab->addTab(scrolledPage(collection_), QStringLiteral("Data Collection"));
     pages_ = {serial_, requests_, options_, strings_, collection_};
+    if (auto* bar = ui->CommTab->findChild<QTabBar*>())
+        bar->setAccessibleName(ui->CommTab->accessibleName());
     for (CommParmsPage* page : pages_)
         page->bindPlainFields();
+    // Shown while a port's state is asked for: its line stays reserved when it is hidden, so
+    // that showing it never raises the window's minimum and the window never grows from it.
+    QSizePolicy pending = ui->lblPending->sizePolicy();
+    pending.setRetainSizeWhenHidden(true);
+    ui->lblPending->setSizePolicy(pending);
     ui->lblPending->setVisible(false);
     ui->PortSpin->setRange(0, static_cast<int>(link.parmsTables().PortCommParmsTable.size()) - 1);
     ui->PortSpin->setKeyboardTracking(false); // a port is fetched once its number is complete
