@@ -2,6 +2,7 @@
 #include "commparms/ParmsLink.h"
 #include "commparms/forms/frmCommParms.h"
 #include "commparms/forms/frmFileNotFoundMsg.h"
+#include "dialogs/frmPathZoom.h"
 #include "dialogs/CommMessage.h"
 #include "dialogs/Services.h"
 #include "platform/Registry.h"
@@ -9,6 +10,7 @@
 #include "support/ManualTimers.h"
 #include "support/ScratchProgramFolder.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -329,6 +331,62 @@ TEST_F(CommParmsForm, TheFileNotFoundMessageClonesFromAnotherConnection)
         EXPECT_EQ(link.tables.PortCommParmsTable[3].FileNotFoundMsgSet, save ? -1 : 0);
         EXPECT_EQ(link.tables.PortCommParmsTable[1].FileNotFoundMessage, "NO FILE ON 2") << "the template is unchanged";
     }
+}
+
+// The keyboard never gets caught or changes a value it did not mean to: Ctrl+PgDn, Ctrl+PgUp and
+// Ctrl+Tab turn the editor's pages while a list has the focus, which keeps its value; the message
+// editor's Tab leaves the message and Escape cancels it; the zoom lets Tab out and Escape close it.
+TEST_F(CommParmsForm, TheKeyboardTurnsPagesAndLeavesEveryBox)
+{
+    open();
+    auto& tabs = find<QTabWidget>("CommTab");
+    auto& baud = find<QComboBox>("BaudRates");
+    tabs.setCurrentIndex(0);
+    form->activateWindow();
+    baud.setFocus();
+    const int value = baud.currentIndex();
+    struct Step {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        int page;
+    } const steps[] = {
+        {Qt::Key_PageDown, Qt::ControlModifier, 1},
+        {Qt::Key_PageUp, Qt::ControlModifier, 0},
+        {Qt::Key_PageUp, Qt::ControlModifier, tabs.count() - 1},
+        {Qt::Key_PageDown, Qt::ControlModifier, 0},
+        {Qt::Key_Tab, Qt::ControlModifier, 1},
+        {Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 0},
+    };
+    for (const Step& step : steps) {
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : &baud, step.key, step.modifiers);
+        EXPECT_EQ(tabs.currentIndex(), step.page) << step.key;
+    }
+    EXPECT_EQ(baud.currentIndex(), value) << "the list kept its value";
+
+    whenModal<frmFileNotFoundMsg>([](frmFileNotFoundMsg& edit) {
+        auto& message = control<QPlainTextEdit>(edit, "txtFileNotFoundMsg");
+        message.setFocus();
+        QTest::keyClick(&message, Qt::Key_Tab);
+        EXPECT_FALSE(message.toPlainText().contains(QLatin1Char('\t')));
+        EXPECT_NE(QApplication::focusWidget(), &message) << "Tab left the message";
+        QTest::keyClick(&edit, Qt::Key_Escape);
+    });
+    const std::string before = link.tables.PortCommParmsTable[3].FileNotFoundMessage;
+    find<QPushButton>("cmdEditMsg").click();
+    EXPECT_EQ(link.tables.PortCommParmsTable[3].FileNotFoundMessage, before) << "Escape is Cancel";
+
+    frmPathZoom zoom(QStringLiteral("C:\\DNC\\LATHES"));
+    zoom.show();
+    auto& text = control<QPlainTextEdit>(zoom, "txtZoom");
+    text.setFocus();
+    QTest::keyClick(&text, Qt::Key_X);
+    EXPECT_EQ(text.toPlainText(), QStringLiteral("C:\\DNC\\LATHES")) << "the zoom takes no typing";
+    QTest::keyClick(&text, Qt::Key_Tab);
+    EXPECT_NE(zoom.focusWidget(), &text) << "Tab left the zoom's text";
+    text.setFocus();
+    QTest::keyClick(&text, Qt::Key_Escape);
+    EXPECT_FALSE(zoom.isVisible());
+    EXPECT_EQ(zoom.result(), QDialog::Rejected);
 }
 
 // The field catalogue and the form agree on every control: which field it edits, its choices'

@@ -17,6 +17,8 @@
 #include "support/Users.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QTableView>
 #include <QLabel>
 #include <QJsonObject>
 #include <QLineEdit>
@@ -194,6 +196,46 @@ TEST_F(Program, AnyKeyClickOrScrollPutsTheIdleLogOffBack)
     }
     timers.fire("tmrIdleLogoff");
     EXPECT_TRUE(test::waitFor([&] { return told && finished.has_value(); }));
+}
+
+// The main commands by keyboard, each the very button: F5 refreshes, Delete on a row asks before
+// it purges, Enter on a row opens the editor for that row (after the same checks), and Tab leaves
+// the grid.
+TEST_F(Program, TheMainCommandsByKeyboard)
+{
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+    frmCVRemote& window = start(test::connectingTo(1));
+    ASSERT_TRUE(test::waitFor([&] { return loggedIn && filled(); }));
+    auto& grid = control<QTableView>(window, "tgMainScreen");
+    window.activateWindow();
+    grid.setFocus();
+    grid.setCurrentIndex(grid.model()->index(6, 0));
+
+    const std::size_t asked = plant.receivedOfType(packet_type::StatusRequest);
+    QTest::keyClick(&grid, Qt::Key_F5);
+    EXPECT_TRUE(test::waitFor([&] { return plant.receivedOfType(packet_type::StatusRequest) == asked + 1; }));
+
+    bool askedFirst = false;
+    test::whenMessage(message::purgeQuestion(), [&](QMessageBox& box) {
+        askedFirst = true;
+        QTest::keyClick(&box, Qt::Key_Escape); // No
+    });
+    QTest::keyClick(&grid, Qt::Key_Delete);
+    EXPECT_TRUE(askedFirst);
+    EXPECT_EQ(plant.receivedOfType(packet_type::PurgeReset), 0u);
+
+    int editedRow = -1;
+    test::whenModal<frmCommParms>([&](frmCommParms& editor) {
+        editedRow = editor.shownPort();
+        QTest::keyClick(&editor, Qt::Key_Escape);
+    });
+    QTest::keyClick(&grid, Qt::Key_Return);
+    EXPECT_TRUE(test::waitFor([&] { return editedRow >= 0; }));
+    EXPECT_EQ(editedRow, 6);
+
+    grid.setFocus();
+    QTest::keyClick(&grid, Qt::Key_Tab);
+    EXPECT_NE(QApplication::focusWidget(), &grid) << "Tab left the grid";
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QPointer>
 #include <QSignalBlocker>
 #include <QTabBar>
@@ -108,6 +109,25 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     });
     connect(ui->cmdExit, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    // The tabs' keys go to the tabs, before a list or a number in focus takes them for its value.
+    const auto turn = [this](QKeySequence sequence, int by) {
+        auto* shortcut = new QShortcut(sequence, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, by] {
+            const int count = ui->CommTab->count();
+            for (int step = 1; step < count; ++step) {
+                const int index = ((ui->CommTab->currentIndex() + by * step) % count + count) % count;
+                if (ui->CommTab->isTabEnabled(index)) {
+                    ui->CommTab->setCurrentIndex(index);
+                    return;
+                }
+            }
+        });
+    };
+    turn(QKeySequence(Qt::CTRL | Qt::Key_PageDown), 1);
+    turn(QKeySequence(Qt::CTRL | Qt::Key_Tab), 1);
+    turn(QKeySequence(Qt::CTRL | Qt::Key_PageUp), -1);
+    turn(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab), -1);
+    turn(QKeySequence(Qt::CTRL | Qt::Key_Backtab), -1);
 }
 
 frmCommParms::~frmCommParms()

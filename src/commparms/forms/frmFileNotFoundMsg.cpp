@@ -17,6 +17,8 @@ frmFileNotFoundMsg::frmFileNotFoundMsg(PortParmsTables& tables, std::int16_t edi
 {
     ui->setupUi(this);
     ui->spnMachine->setRange(0, static_cast<int>(tables.PortCommParmsTable.size()) - 1);
+    ui->spnMachine->setPrefix(QStringLiteral("row ")); // the row; the port's number stands beside it
+    ui->txtFileNotFoundMsg->setTabChangesFocus(true); // Tab leaves the message; no tab goes in it
     EditPort
         = static_cast<std::int16_t>(std::clamp<int>(EditPort, ui->spnMachine->minimum(), ui->spnMachine->maximum()));
     {

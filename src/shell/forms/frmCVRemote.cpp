@@ -19,9 +19,12 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QStyleOptionFrame>
+#include <QTableView>
 
 #include <algorithm>
 
@@ -97,6 +100,7 @@ frmCVRemote::frmCVRemote(Terminal& terminal, Services& services, QWidget* parent
     connect(ui->cmdPurgeAndReset, &QPushButton::clicked, this,
         [this] { guardedCommand([this] { session_.cmdPurgeAndReset_Click(); }); });
     connect(ui->cmdCommParms, &QPushButton::clicked, this, &frmCVRemote::editParameters);
+    bindKeys();
     connect(ui->cmdSetBook, &QPushButton::clicked, this, [this] { formBookmark_ = currentBookmark_; });
     connect(ui->cmdGetBook, &QPushButton::clicked, this, [this] { setCurrentRow(formBookmark_); });
 
@@ -121,6 +125,42 @@ frmCVRemote::frmCVRemote(Terminal& terminal, Services& services, QWidget* parent
 }
 
 frmCVRemote::~frmCVRemote() = default;
+
+// The main commands by keyboard, each the very button (its checks and questions included): F5
+// refreshes, Ctrl+E opens the editor, Enter or a double-click on a row opens it for that row,
+// Delete on the grid purges (asking first). Tab leaves the grid for the next control.
+void frmCVRemote::bindKeys()
+{
+    QTableView* grid = ui->tgMainScreen;
+    grid->setTabKeyNavigation(false);
+    grid->installEventFilter(this);
+    connect(grid, &QAbstractItemView::doubleClicked, ui->cmdCommParms, &QPushButton::click);
+    const auto key = [this](QKeySequence sequence, QPushButton* button, QWidget* scope, Qt::ShortcutContext context) {
+        auto* shortcut = new QShortcut(sequence, scope, nullptr, nullptr, context);
+        connect(shortcut, &QShortcut::activated, button, [button] {
+            if (button->isEnabled() && button->isVisible())
+                button->click();
+        });
+    };
+    key(QKeySequence(Qt::Key_F5), ui->cmdRefresh, this, Qt::WindowShortcut);
+    key(QKeySequence(Qt::CTRL | Qt::Key_E), ui->cmdCommParms, this, Qt::WindowShortcut);
+    key(QKeySequence(Qt::Key_Delete), ui->cmdPurgeAndReset, grid, Qt::WidgetShortcut);
+    ui->cmdRefresh->setToolTip(QStringLiteral("F5"));
+    ui->cmdCommParms->setToolTip(QStringLiteral("Ctrl+E, or Enter on a row"));
+    ui->cmdPurgeAndReset->setToolTip(QStringLiteral("Delete on a row"));
+}
+
+bool frmCVRemote::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == ui->tgMainScreen && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            ui->cmdCommParms->click();
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
 
 // A useful share of the 128 rows at first sight; the extra width goes to the columns that hold
 // words (machine, program, status), not to the byte count.

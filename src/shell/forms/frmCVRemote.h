@@ -87,6 +87,8 @@ private:
     void changeUser();
     void openCommParms();
     template <typename Body> void guardedCommand(Body&& body);
+    void bindKeys();
+    bool eventFilter(QObject* watched, QEvent* event) override;
     std::string title() const;
 
     std::unique_ptr<Ui::frmCVRemote> ui;
