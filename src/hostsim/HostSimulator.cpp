@@ -18,11 +18,15 @@ HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
         ownClock_ = std::make_unique<QtTimers>();
         clock = ownClock_.get();
     }
+    gapTimer_ = clock->make("tmrChunkGap", GapBetweenChunksMs);
+    dribbleTimer_ = clock->make("tmrDribble", 100);
     pushTimer_ = clock->make("tmrPushStatus", 2000);
     idleTimer_ = clock->make("tmrIdleDrop", IdleDropMinutes * 60000);
-    chunkTimer_.setSingleShot(true);
-    connect(&chunkTimer_, &QTimer::timeout, this, &HostSimulator::writeChunk);
-    connect(&dribbleTimer_, &QTimer::timeout, this, &HostSimulator::dribble);
+    connect(gapTimer_.get(), &ProgramTimer::timeout, this, [this] {
+        gapTimer_->stop();
+        pump();
+    });
+    connect(dribbleTimer_.get(), &ProgramTimer::timeout, this, &HostSimulator::dribble);
     connect(pushTimer_.get(), &ProgramTimer::timeout, this, [this] {
         if (terminal_ && !faults.silent) {
             plant_.advance();
@@ -93,7 +97,8 @@ void HostSimulator::acceptTerminal()
     packetsSent_ = 0;
     conversation_ = {};
     typesAnnounced_ = false;
-    sinceLastChunk_.invalidate();
+    gapTimer_->stop();
+    holding_ = false;
     lastWasReply_ = false;
     askedSinceLastChunk_ = false;
     if (idleTimer_->interval() > 0)
@@ -114,8 +119,9 @@ void HostSimulator::dropTerminal()
     terminal_ = nullptr;
     chunks_.clear();
     queued_ = 0;
-    chunkTimer_.stop();
-    dribbleTimer_.stop();
+    gapTimer_->stop();
+    holding_ = false;
+    dribbleTimer_->stop();
     dribbling_.clear();
     idleTimer_->stop();
     note(QStringLiteral("terminal disconnected"));
@@ -224,16 +230,15 @@ void HostSimulator::enqueue(std::string packet, bool isReply)
 // two answers) waits out the gap, so that no two packets reach the terminal as one chunk.
 void HostSimulator::pump()
 {
-    if (chunks_.empty() || chunkTimer_.isActive() || !dribbling_.empty())
+    if (chunks_.empty() || !dribbling_.empty())
         return;
-    const bool gapPassed = !sinceLastChunk_.isValid() || sinceLastChunk_.elapsed() >= GapBetweenChunksMs;
     const Chunk& next = chunks_.front();
     const bool answersARead = next.reply && next.first && askedSinceLastChunk_ && lastWasReply_;
-    if (gapPassed || answersARead) {
+    if (!gapTimer_->isActive() || answersARead) {
         writeChunk();
-    } else {
+    } else if (!holding_) {
+        holding_ = true;
         ++chunksHeldBack_;
-        chunkTimer_.start(static_cast<int>(GapBetweenChunksMs - sinceLastChunk_.elapsed()));
     }
 }
 
@@ -248,13 +253,15 @@ void HostSimulator::writeChunk()
     if (faults.dribbleMs > 0 && chunk.bytes.size() > 1) {
         terminal_->write(chunk.bytes.data(), 1);
         dribbling_ = chunk.bytes.substr(1);
-        dribbleTimer_.start(faults.dribbleMs);
+        dribbleTimer_->setInterval(faults.dribbleMs);
+        dribbleTimer_->start();
     } else {
         terminal_->write(chunk.bytes.data(), static_cast<qint64>(chunk.bytes.size()));
     }
     terminal_->flush();
     ++chunksWritten_;
-    sinceLastChunk_.start();
+    holding_ = false;
+    gapTimer_->start();
     askedSinceLastChunk_ = false;
     lastWasReply_ = chunk.reply && chunk.last;
     if (chunk.last && faults.closeAfterPackets > 0 && ++packetsSent_ >= faults.closeAfterPackets) {
@@ -268,7 +275,7 @@ void HostSimulator::writeChunk()
 void HostSimulator::dribble()
 {
     if (!terminal_ || dribbling_.empty()) {
-        dribbleTimer_.stop();
+        dribbleTimer_->stop();
         dribbling_.clear();
         return;
     }
@@ -276,7 +283,7 @@ void HostSimulator::dribble()
     terminal_->flush();
     dribbling_.erase(0, 1);
     if (dribbling_.empty()) {
-        dribbleTimer_.stop();
+        dribbleTimer_->stop();
         pump();
     }
 }

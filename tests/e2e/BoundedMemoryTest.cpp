@@ -60,7 +60,7 @@ TEST(BoundedMemory, FiftyMegabytesOfEachFloodLeaveTheTerminalUnderItsCeiling)
         {"long status replies under a No Packet String box", FloodKind::LongStatusReplies},
     };
     for (const auto& [name, kind] : cases) {
-        test::SimulatedPlant plant;
+        test::SimulatedPlant plant{test::TerminalIn::AnotherProcess};
         plant.folder.useAsStoreRoot();
         ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
         QProcess terminal;

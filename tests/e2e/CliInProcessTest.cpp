@@ -125,13 +125,19 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
 {
     struct Case {
         const char* name;
-        std::function<void(hostsim::HostSimulator&)> fault;
+        std::function<void(test::SimulatedPlant&)> fault;
         int updateStatus;
     } const cases[] = {
         {"polite", {}, 0},
-        {"status pushed every 40 ms", [](auto& h) { h.setPushStatusInterval(40); }, 0},
-        {"every section acknowledged twice", [](auto& h) { h.faults.duplicateAck = true; }, 1},
-        {"acknowledging ahead", [](auto& h) { h.faults.earlyAck = true; }, 1},
+        {"status pushed as each request comes in",
+            [](test::SimulatedPlant& p) {
+                p.host.setPushStatusInterval(40);
+                QObject::connect(&p.host, &hostsim::HostSimulator::packetReceived, &p.host,
+                    [&p] { p.hostClock.fire("tmrPushStatus"); });
+            },
+            0},
+        {"every section acknowledged twice", [](test::SimulatedPlant& p) { p.host.faults.duplicateAck = true; }, 1},
+        {"acknowledging ahead", [](test::SimulatedPlant& p) { p.host.faults.earlyAck = true; }, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -139,12 +145,11 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
         plant.folder.useAsStoreRoot();
         ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
         if (c.fault)
-            c.fault(plant.host);
+            c.fault(plant);
         test::ManualTimers clock;
-        // The moment an update looks for late acknowledgements passes once nothing else is to be
-        // done, except where the host's surplus is to show within it.
-        if (c.updateStatus == 0)
-            clock.tickWhenIdle("tmrAckSettle", &plant.host);
+        // The moment an update looks for late acknowledgements passes once the host has sent all
+        // it had to send, a surplus included.
+        clock.tickWhenIdle("tmrAckSettle", &plant.host, [&plant] { return plant.host.allSent(); });
 
         const ClientRun fetched = runClient(plant, clock, "--json get-parms 9");
         ASSERT_EQ(fetched.status, 0) << fetched.err.toStdString();

@@ -49,7 +49,7 @@ QStringList argv(std::initializer_list<const char*> parts)
 
 class Cli : public ::testing::Test {
 public:
-    test::SimulatedPlant plant;
+    test::SimulatedPlant plant{test::TerminalIn::AnotherProcess};
 
     void SetUp() override
     {

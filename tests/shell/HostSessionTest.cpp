@@ -78,6 +78,9 @@ public:
         config = std::make_unique<HostConfiguration>(*plant->registry);
         config->load();
         session = std::make_unique<HostSession>(*config, ui, timers);
+        // An update looks for late acknowledgements for a moment before its trailer: that moment
+        // passes once the host has sent all it had to send, a surplus included.
+        timers.tickWhenIdle("tmrAckSettle", session.get(), [this] { return host().allSent(); });
     }
     HostSimulator& host() { return plant->host; }
     bool settled()
@@ -110,17 +113,6 @@ public:
     void expireWhenHostHas(std::int16_t type, std::size_t count)
     {
         whenHostHas(type, count, [this] { timers.fire("tmrPacketWait"); });
-    }
-    // An update looks for late acknowledgements for a moment before its trailer: that moment
-    // ends as soon as the session starts it.
-    void settleWhenAsked()
-    {
-        test::whenReady(
-            [this]() -> bool* {
-                static bool ready = true;
-                return timers["tmrAckSettle"].isActive() ? &ready : nullptr;
-            },
-            [this](bool&) { timers.fire("tmrAckSettle"); });
     }
 };
 
@@ -361,7 +353,11 @@ TEST_F(Session, FetchThenUpdateAgainstPoliteAndHostilePeers)
         EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
 
         const std::int16_t port = 14;
+        const int tablesBefore = ui.tableChanges;
         ASSERT_TRUE(session->FetchCommParms(port));
+        if (peer == Peer::PushesStatus) {
+            EXPECT_GE(ui.tableChanges - tablesBefore, 6) << "a status table taken in before each reply";
+        }
         PortParmsTables& mine = session->parmsTables();
         EXPECT_EQ(*session->received(port), host().plant().parms.records(port));
         PortRecords shown = host().plant().parms.records(port);
@@ -377,8 +373,6 @@ TEST_F(Session, FetchThenUpdateAgainstPoliteAndHostilePeers)
             record.ConfirmFooter = "LATE"; // section 5, not yet built
         });
         const bool hostile = peer == Peer::DuplicateAcks || peer == Peer::EarlyAcks;
-        if (!hostile)
-            settleWhenAsked();
         EXPECT_EQ(session->UpdateCommParms(port), !hostile);
         if (hostile) {
             EXPECT_EQ(ui.messages, std::vector<std::string>{updateUncertain(port + 1)});
@@ -446,7 +440,6 @@ TEST_F(Session, TheRulesOfShowingARecordRunOnEveryFetch)
     EXPECT_EQ(corrected, (std::vector<std::string>{"bPurgeIfInactive", "OutHdrVal2"}));
 
     // Sent, the corrections are recorded as the rules', not the user's.
-    settleWhenAsked();
     ASSERT_TRUE(session->UpdateCommParms(port));
     QStringList byRule;
     for (const QJsonValue& field : test::changeRecordLines().at(0).value(QStringLiteral("fields")).toArray())
