@@ -113,6 +113,8 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
             EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(),
                 QLatin1String(name == "connection lost" ? "connection-lost" : "no-ack"));
             EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.name;
+            // The host has read all the client sent once it sees the connection end.
+            ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); })) << c.name;
             EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u) << c.name;
         }
     }

@@ -160,6 +160,7 @@ TEST_F(ShownIsSent, AnUpdateTheHostOverAcknowledgesIsUncertain)
         EXPECT_TRUE(told);
         EXPECT_TRUE(state.contains(QStringLiteral("uncertain"))) << state.toStdString();
         EXPECT_FALSE(updateOn);
+        ASSERT_TRUE(test::waitUntilIdle());
         EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u);
         window.close();
         ASSERT_TRUE(waitFor([this] { return !plant.host.hasTerminal(); }));

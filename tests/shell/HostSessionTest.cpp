@@ -376,6 +376,7 @@ TEST_F(Session, FetchThenUpdateAgainstPoliteAndHostilePeers)
         EXPECT_EQ(session->UpdateCommParms(port), !hostile);
         if (hostile) {
             EXPECT_EQ(ui.messages, std::vector<std::string>{updateUncertain(port + 1)});
+            ASSERT_TRUE(test::waitUntilIdle());
             EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u) << "no trailer";
             EXPECT_TRUE(session->fetchState(port).uncertain);
             EXPECT_FALSE(session->UpdateCommParms(port)) << "not again before a fetch";
@@ -409,6 +410,7 @@ TEST_F(Session, AFetchCutShortKeepsNothingAndSendsNothing)
     EXPECT_TRUE(session->received(port) == nullptr);
     EXPECT_FALSE(session->UpdateCommParms(port));
     EXPECT_EQ(ui.messages.back(), notFetchedWhole(port + 1, session->fetchState(port)));
+    ASSERT_TRUE(test::waitUntilIdle());
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 0u);
 }
 
@@ -456,6 +458,7 @@ TEST_F(Session, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
     expireWhenHostHas(packet_type::PortParms, 3);
     EXPECT_FALSE(session->UpdateCommParms(3));
     EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::UpdateNoAck)});
+    ASSERT_TRUE(test::waitUntilIdle());
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 3u) << "nothing after the unacknowledged section";
     EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u);
 }
@@ -508,6 +511,7 @@ TEST_F(Session, ASilentHostStopsTheFetchAtItsFirstSection)
     expireWhenHostHas(packet_type::PortParmsRequest, 1);
     EXPECT_FALSE(session->FetchCommParms(5));
     EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::FetchCommParmsTimeout)});
+    ASSERT_TRUE(test::waitUntilIdle());
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParmsRequest), 1u);
 
     ui.messages.clear();

@@ -1,16 +1,12 @@
 #pragma once
 
 #include "platform/ProgramTimer.h"
+#include "support/Wait.h"
 
-#include <QAbstractEventDispatcher>
-#include <QCoreApplication>
 #include <QPointer>
-#include <QTimer>
 
-#include <cstdint>
 #include <functional>
 #include <map>
-#include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -62,33 +58,6 @@ private:
     int interval_;
 };
 
-// Counts the events the program handles, so that a tick can tell whether anything came between
-// the moment the event loop fell idle and the tick's own turn.
-class Activity final : public QObject {
-public:
-    static Activity& instance()
-    {
-        static Activity* activity = [] {
-            auto* made = new Activity(QCoreApplication::instance());
-            QCoreApplication::instance()->installEventFilter(made);
-            return made;
-        }();
-        return *activity;
-    }
-    std::uint64_t events() const { return events_; }
-
-protected:
-    bool eventFilter(QObject*, QEvent*) override
-    {
-        ++events_;
-        return false;
-    }
-
-private:
-    using QObject::QObject;
-    std::uint64_t events_ = 0;
-};
-
 // The clock of a test: the program's timers by name (the last one made with that name).
 class ManualTimers final : public TimerSource {
 public:
@@ -128,31 +97,14 @@ public:
             found->second->fire();
     }
 
-    // While `context` lives, a running timer of this name ticks once the program has nothing else to
-    // do (an update's look for late acknowledgements, the simulated host's gap between chunks), as
-    // long as `wanted` holds. Nothing else to do: the loop, about to sleep, is given a timer of no
-    // length, whose turn comes after the posted events' and the sockets'; if the program handles
-    // any event before that turn, it was not idle after all (an arrival over loopback not yet
-    // read, a packet not yet dispatched), and the next idle moment tries again.
+    // While `context` lives, a running timer of this name ticks whenever the program is idle (see
+    // whenIdle) and `wanted` holds: an update's look for late acknowledgements, the simulated
+    // host's gap between chunks.
     void tickWhenIdle(
         const std::string& name, QObject* context, std::function<bool()> wanted = [] { return true; })
     {
-        Activity& activity = Activity::instance();
-        auto* tick = new QTimer(context);
-        tick->setSingleShot(true);
-        tick->setInterval(0);
-        auto eventsWhenIdle = std::make_shared<std::uint64_t>(0);
-        QObject::connect(tick, &QTimer::timeout, context, [this, name, eventsWhenIdle, &activity] {
-            if (activity.events() == *eventsWhenIdle + 1) // the tick's own event, nothing else
-                fireIfRunning(name);
-        });
-        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, tick,
-            [this, name, tick, wanted, eventsWhenIdle, &activity] {
-                if (tick->isActive() || !wanted() || !running(name))
-                    return;
-                *eventsWhenIdle = activity.events();
-                tick->start();
-            });
+        whenIdle(
+            context, [this, name, wanted] { return wanted() && running(name); }, [this, name] { fireIfRunning(name); });
     }
 
     // Timers of this name, made now or later, tick whenever the program is free to see them.
