@@ -7,6 +7,12 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#ifdef Q_OS_WIN
+#include <winsock2.h>
+#else
+#include <sys/socket.h>
+#endif
+
 namespace corvane::hostsim {
 
 HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
@@ -101,9 +107,11 @@ void HostSimulator::acceptTerminal()
     holding_ = false;
     lastWasReply_ = false;
     askedSinceLastChunk_ = false;
+    endSending_ = false;
     if (idleTimer_->interval() > 0)
         idleTimer_->start();
     connect(socket, &QTcpSocket::readyRead, this, &HostSimulator::readRequests);
+    connect(socket, &QTcpSocket::bytesWritten, this, &HostSimulator::endSendingOnceSent);
     connect(socket, &QTcpSocket::disconnected, this, &HostSimulator::dropTerminal);
     note(QStringLiteral("terminal connected from %1").arg(socket->peerAddress().toString()));
     Q_EMIT terminalConnected();
@@ -195,8 +203,31 @@ bool HostSimulator::flood(FloodKind kind, qint64 total)
         return false;
     flood_ = std::make_unique<Flood>(*terminal_, kind, total);
     note(QStringLiteral("flooding the terminal with %1 bytes").arg(total));
-    connect(flood_.get(), &Flood::finished, this, [this] { note(QStringLiteral("flood sent")); });
+    connect(flood_.get(), &Flood::finished, this, [this] {
+        note(QStringLiteral("flood sent"));
+        endSendingOnceSent();
+    });
     return true;
+}
+
+void HostSimulator::endSending()
+{
+    endSending_ = true;
+    endSendingOnceSent();
+}
+
+void HostSimulator::endSendingOnceSent()
+{
+    if (!endSending_ || !terminal_ || !chunks_.empty() || !dribbling_.empty() || terminal_->bytesToWrite() > 0
+        || (flood_ && !flood_->done()))
+        return;
+    endSending_ = false;
+    note(QStringLiteral("ending the sending side"));
+#ifdef Q_OS_WIN
+    ::shutdown(static_cast<SOCKET>(terminal_->socketDescriptor()), SD_SEND);
+#else
+    ::shutdown(static_cast<int>(terminal_->socketDescriptor()), SHUT_WR);
+#endif
 }
 
 void HostSimulator::sendRaw(const std::string& bytes)
@@ -270,6 +301,7 @@ void HostSimulator::writeChunk()
         return;
     }
     pump();
+    endSendingOnceSent();
 }
 
 void HostSimulator::dribble()
@@ -285,6 +317,7 @@ void HostSimulator::dribble()
     if (dribbling_.empty()) {
         dribbleTimer_->stop();
         pump();
+        endSendingOnceSent();
     }
 }
 

@@ -80,6 +80,11 @@ public:
     // without its bound; false without a terminal. flooded() says when it has all left.
     bool flood(FloodKind kind, qint64 total);
     bool flooded() const { return flood_ && flood_->done(); }
+    // Ends the sending side (a half close) once nothing waits to go out, a flood included: the
+    // terminal reads that end only after the last byte, and then closes its own side, which shows
+    // here as terminalDisconnected. How a test knows that a terminal in a process of its own has
+    // read all it was sent.
+    void endSending();
 
 Q_SIGNALS:
     void terminalConnected();
@@ -95,6 +100,7 @@ private:
     void pump();
     void writeChunk();
     void dribble();
+    void endSendingOnceSent();
     void log(const char* direction, std::string_view bytes);
     void note(const QString& line);
 
@@ -117,6 +123,7 @@ private:
     bool holding_ = false; // the next chunk waits out the gap
     bool lastWasReply_ = false; // the last packet out answered a request
     bool askedSinceLastChunk_ = false;
+    bool endSending_ = false;
     std::unique_ptr<TimerSource> ownClock_;
     std::unique_ptr<ProgramTimer> gapTimer_; // runs for the gap after each chunk
     std::unique_ptr<ProgramTimer> dribbleTimer_;

@@ -146,6 +146,20 @@ TEST_F(Host, TextThatIsNoPacketAndPushedStatusKeepTheirDistance)
     EXPECT_EQ(Get_Packet_Type(*pushed), packet_type::PortStatusReply);
 }
 
+// The end of the sending side comes after all that waits to go: a terminal reads the whole reply
+// before the end, and closing its side then is the host's sign that it has read everything.
+TEST_F(Host, TheSendingSideEndsAfterAllThatWaits)
+{
+    host.faults.splitInto = 3;
+    terminal.send(Build_Version_Request());
+    ASSERT_TRUE(waitFor([this] { return received == 1; }));
+    host.endSending(); // the second and third pieces still wait out their gaps
+    const auto version = terminal.nextPacket();
+    ASSERT_TRUE(version);
+    EXPECT_EQ(Get_Host_Version(*version), "4.12");
+    EXPECT_TRUE(waitFor([this] { return !host.hasTerminal(); }));
+}
+
 // A second terminal is refused while one is connected; a silent one goes after the idle time,
 // and the next one gets in.
 TEST_F(Host, OneTerminalAtATimeAndASilentOneIsDropped)
