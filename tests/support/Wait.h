@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Idle.h"
 #include "support/QtPrinting.h"
 
 #include <QAbstractEventDispatcher>
@@ -7,7 +8,6 @@
 #include <QEventLoop>
 #include <QTimer>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -32,58 +32,6 @@ inline bool waitFor(const std::function<bool()>& done, int limitMs = 5000)
     loop.exec();
     QObject::disconnect(look);
     return done();
-}
-
-// Counts the events the program handles, so that a watch for idleness can tell whether anything
-// came between the moment the event loop was about to sleep and the watch's own turn.
-class Activity final : public QObject {
-public:
-    static Activity& instance()
-    {
-        static Activity* activity = [] {
-            auto* made = new Activity(QCoreApplication::instance());
-            QCoreApplication::instance()->installEventFilter(made);
-            return made;
-        }();
-        return *activity;
-    }
-    std::uint64_t events() const { return events_; }
-
-protected:
-    bool eventFilter(QObject*, QEvent*) override
-    {
-        ++events_;
-        return false;
-    }
-
-private:
-    using QObject::QObject;
-    std::uint64_t events_ = 0;
-};
-
-// While `context` lives, calls `act` at each moment the program is idle while `ready` holds. Idle:
-// the event loop, about to sleep, is given a timer of no length, whose turn comes after the posted
-// events' and the sockets'; if any event is handled before that turn (an arrival over loopback not
-// yet read, a packet not yet dispatched), the program was not idle after all, and the next such
-// moment tries again. Watches made earlier have their turn first.
-inline void whenIdle(QObject* context, std::function<bool()> ready, std::function<void()> act)
-{
-    Activity& activity = Activity::instance();
-    auto* turn = new QTimer(context);
-    turn->setSingleShot(true);
-    turn->setInterval(0);
-    auto handledBefore = std::make_shared<std::uint64_t>(0);
-    QObject::connect(turn, &QTimer::timeout, context, [handledBefore, act, &activity] {
-        if (activity.events() == *handledBefore + 1) // the turn's own event, nothing else
-            act();
-    });
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, turn,
-        [turn, ready, handledBefore, &activity] {
-            if (turn->isActive() || !ready())
-                return;
-            *handledBefore = activity.events();
-            turn->start();
-        });
 }
 
 // Runs the event loop until the program is idle (see whenIdle) while `also` holds, or the limit
