@@ -95,7 +95,8 @@ void Screenshots::mainShown(frmCVRemote& main)
                 },
                 [this, &main, filled] {
                     filled->deleteLater();
-                    QMetaObject::invokeMethod(&main, [this, &main] { connectedShown(main); }, Qt::QueuedConnection);
+                    QMetaObject::invokeMethod(
+                        &main, [this, &main] { connectedShown(main); }, Qt::QueuedConnection);
                 });
         },
         Qt::QueuedConnection);

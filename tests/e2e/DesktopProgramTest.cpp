@@ -72,8 +72,8 @@ TEST(DesktopProgram, TheDemoTakesItsPicturesWithOrWithoutAWindowManager)
         const QString out = QString::fromLocal8Bit(run.process.readAllStandardOutput());
         EXPECT_EQ(run.process.exitCode(), 0) << run.process.readAllStandardError().toStdString();
         EXPECT_FALSE(out.contains(QStringLiteral("had not settled"))) << out.toStdString();
-        for (const char* picture :
-            {"startup.png", "main.png", "configuration.png", "commparms-1.png", "commparms-5.png", "filenotfound.png"}) {
+        for (const char* picture : {"startup.png", "main.png", "configuration.png", "commparms-1.png",
+                 "commparms-5.png", "filenotfound.png"}) {
             const std::string file = std::string(run.name) + '/' + picture;
             EXPECT_TRUE(folder.exists(file) && std::filesystem::file_size(folder.file(file)) > 1000u) << picture;
         }

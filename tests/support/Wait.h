@@ -36,7 +36,8 @@ inline bool waitFor(const std::function<bool()>& done, int limitMs = 5000)
 
 // Runs the event loop until the program is idle (see whenIdle) while `also` holds, or the limit
 // passes: for what must not happen, which by then has not.
-inline bool waitUntilIdle(const std::function<bool()>& also = [] { return true; }, int limitMs = 5000)
+inline bool waitUntilIdle(
+    const std::function<bool()>& also = [] { return true; }, int limitMs = 5000)
 {
     QEventLoop loop;
     bool idle = false;
