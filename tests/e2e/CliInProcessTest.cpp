@@ -16,6 +16,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -178,8 +179,9 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
     }
 }
 
-// The fields command lists the catalogue: every row, with what each takes.
-TEST(CliFields, ListEveryFieldWithWhatItTakes)
+// The fields command lists the catalogue: every row, with what each takes and its default, which
+// is what a port the host has set up for no machine holds.
+TEST(CliFields, ListEveryFieldWithWhatItTakesAndItsDefault)
 {
     test::SimulatedPlant plant;
     test::ManualTimers clock;
@@ -187,11 +189,22 @@ TEST(CliFields, ListEveryFieldWithWhatItTakes)
     ASSERT_EQ(listed.status, 0) << listed.err.toStdString();
     const QJsonArray rows = QJsonDocument::fromJson(listed.out.toUtf8()).array();
     ASSERT_EQ(static_cast<std::size_t>(rows.size()), fieldCatalogue().size());
-    for (const QJsonValue& row : rows)
-        if (row[QStringLiteral("name")] == QStringLiteral("Baud")) {
+    const std::int16_t unused = 28; // port 29
+    ASSERT_EQ(plant.host.plant().status[unused].Status, "Not Configured");
+    const PortRecords fresh = plant.host.plant().parms.records(unused);
+    for (const QJsonValue& row : rows) {
+        const std::string name = row[QStringLiteral("name")].toString().toStdString();
+        EXPECT_EQ(row[QStringLiteral("default")], jsonOf(fieldValue(fresh.comm, fresh.collection, *findField(name))))
+            << name;
+        if (name == "Baud") {
             EXPECT_EQ(row[QStringLiteral("highest")].toInt(), 14);
             EXPECT_TRUE(row[QStringLiteral("takes")].toString().contains(QStringLiteral("6 9600")));
         }
+    }
+    const QStringList lines = runClient(plant, clock, "fields").out.split(QLatin1Char('\n'));
+    for (const char* line : {R"(^Parity .*; default 1\)$)", R"(^ProgQualifier .*; default "          "\)$)",
+             R"(^UseAdvancedPrintOptions .*; default 0; kept by this terminal, never sent\)$)"})
+        EXPECT_EQ(lines.filter(QRegularExpression(QString::fromLatin1(line))).size(), 1) << line;
 }
 
 } // namespace
