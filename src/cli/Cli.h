@@ -90,6 +90,7 @@ public:
     HostConfiguration& configuration() { return terminal_.configuration(); }
     UserStore& users() { return terminal_.users(); }
     const RightsList& rights() const { return terminal_.rights(); }
+    TimerSource& timers() { return terminal_.timers(); }
     HostSession& session();
     // The user store loaded and the user logged in: the start-up rules, or --user and its
     // password. Ends with 5 when it cannot be done.

@@ -2,11 +2,13 @@
 #include "cli/Cli.h"
 
 #include "platform/Latin1.h"
+#include "platform/ProgramTimer.h"
 #include "shell/GridRules.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QTimer>
+
+#include <memory>
 
 namespace corvane::cli {
 namespace {
@@ -129,12 +131,12 @@ int watch(Client& client)
     int refreshes = 0;
     int answered = client.portTableChanges();
 
-    QTimer refresh;
-    QObject::connect(&refresh, &QTimer::timeout, [&] {
+    const std::unique_ptr<ProgramTimer> refresh = client.timers().make("tmrWatchRefresh", intervalSeconds * 1000);
+    QObject::connect(refresh.get(), &ProgramTimer::timeout, [&] {
         client.session().cmdRefresh_Click();
         ++refreshes;
     });
-    refresh.start(intervalSeconds * 1000);
+    refresh->start();
     // Every reply, asked for or pushed by the host, shows what changed, until --count or a signal.
     for (;;) {
         client.session().waitUntil([&] {

@@ -1,7 +1,7 @@
 // The client run in this process on a test's clock: its exit statuses, each with what it says (a
 // host that never answers, or never acknowledges, and a connection that never comes end the
-// command as their time-outs would, with no time passing), and its fetch and update against
-// polite and hostile peers.
+// command as their time-outs would, with no time passing), its fetch and update against polite
+// and hostile peers, its watch and its list of fields.
 #include "cli/Cli.h"
 #include "commparms/RecordFields.h"
 #include "protocol/PacketTypes.h"
@@ -177,6 +177,26 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
         EXPECT_TRUE(c.updateStatus == 0 || updated.err.contains(QStringLiteral("uncertain")))
             << updated.err.toStdString();
     }
+}
+
+// watch prints every row at first, then what changed at each look: the sending ports, which move
+// on between two looks.
+TEST(CliWatch, PrintsWhatChanged)
+{
+    test::SimulatedPlant plant;
+    plant.folder.useAsStoreRoot();
+    ASSERT_EQ(createFirstUserStore(userStorePath()), FirstStore::Created);
+    test::ManualTimers clock;
+    clock.tickWhenIdle("tmrWatchRefresh", &plant.host); // the next look comes once all is shown
+    const ClientRun run = runClient(plant, clock, "--json watch --interval 1 --count 1");
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QStringList lines = run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_GT(lines.size(), 36) << "every row at first";
+    EXPECT_TRUE(std::any_of(lines.begin() + 36, lines.end(), [](const QString& line) {
+        return QJsonDocument::fromJson(line.toUtf8()).object().value(QStringLiteral("port")).toInt() == 1;
+    }));
+    ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); }));
+    EXPECT_EQ(plant.receivedOfType(packet_type::StatusRequest), 2u);
 }
 
 // The fields command lists the catalogue: every row, with what each takes and its default, which
