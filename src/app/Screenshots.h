@@ -21,8 +21,9 @@ public:
 
 private:
     bool save(QWidget& widget, const char* name);
+    void connectedShown(frmCVRemote& main);
     void editorOf(frmCVRemote& main);
-    static void settle();
+    static void settle(QWidget& widget);
     QString folder_;
     Services& services_;
 };

@@ -71,6 +71,7 @@ public:
     UserStore& users() { return terminal_.users(); }
     Logs& logs() { return terminal_.logs(); }
     const RightsList& rights() const { return terminal_.rights(); }
+    TimerSource& timers() { return terminal_.timers(); }
     HostSession& session();
     // The user store loaded and the user logged in: the start-up rules, or --user and its
     // password. Ends with 5 when it cannot be done.
@@ -97,8 +98,6 @@ public:
     void recordLocalChange(std::string_view kind, std::vector<RecordedField> fields);
     // What was sent goes out before the client ends.
     void drain();
-    // The client's clock (the real one, or a test's).
-    TimerSource& timers() { return terminal_.timers(); }
     // Nothing for `ms` on the timer `name`; a stopping signal ends the client.
     void pause(const char* name, int ms);
     // A port as the grid shows it (1-128) from an argument; ends with 2 when it is none.

@@ -2,7 +2,9 @@
 #include "cli/Cli.h"
 
 #include "commparms/FieldCatalogue.h"
+#include "commparms/RecordFields.h"
 #include "platform/Latin1.h"
+#include "session/ChangeRecord.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -48,6 +50,7 @@ QJsonObject rowJson(const FieldRow& row)
             row.dataCollection ? QStringLiteral("DataCollectionParms") : QStringLiteral("PortCommParms")},
         {QStringLiteral("section"), row.section}, {QStringLiteral("sent"), row.section != NotCarried},
         {QStringLiteral("editable"), row.edit != nullptr}, {QStringLiteral("takes"), takes(row)},
+        {QStringLiteral("default"), jsonOf(defaultValue(row))},
         {QStringLiteral("caption"), fromLatin1Bytes(row.caption)}};
     if (row.isChoice() || row.control == Control::Digits || row.control == Control::Ascii) {
         out.insert(QStringLiteral("lowest"), row.lowest);
@@ -69,8 +72,9 @@ int fields(Client& client)
             continue;
         }
         client.print(
-            QStringLiteral("%1 %2  (%3%4)")
+            QStringLiteral("%1 %2  (%3; default %4%5)")
                 .arg(fromLatin1Bytes(row.name).leftJustified(24), takes(row), fromLatin1Bytes(row.caption),
+                    fromLatin1Bytes(fieldValueText(row.name, defaultValue(row))),
                     row.section == NotCarried ? QStringLiteral("; kept by this terminal, never sent") : QString()));
     }
     if (client.options().json)

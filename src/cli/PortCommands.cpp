@@ -2,11 +2,14 @@
 #include "cli/Cli.h"
 
 #include "platform/Latin1.h"
+#include "platform/ProgramTimer.h"
 #include "shell/GridRules.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QDateTime>
+
+#include <memory>
 
 namespace corvane::cli {
 namespace {
@@ -150,7 +153,7 @@ int watch(Client& client)
     int refreshes = 0;
     int answered = client.portTableChanges();
 
-    const std::unique_ptr<ProgramTimer> refresh = client.timers().make("tmrWatch", intervalSeconds * 1000);
+    const std::unique_ptr<ProgramTimer> refresh = client.timers().make("tmrWatchRefresh", intervalSeconds * 1000);
     QObject::connect(refresh.get(), &ProgramTimer::timeout, [&] {
         client.session().cmdRefresh_Click();
         ++refreshes;

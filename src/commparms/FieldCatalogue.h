@@ -15,10 +15,10 @@
 namespace corvane {
 
 // Every field of a port's two records is one row of one table: where it travels, how it is
-// encoded, what values it takes, the rule that edits it, when its control is enabled, and how
-// the editor and its help name it. The packet codec, the record access, the editor's rules, the
-// tabs, the client's set-parms and import and the simulated host's plant all read this table;
-// adding a field is one row here.
+// encoded, what values it takes and holds on a fresh port, the rule that edits it, when its
+// control is enabled, and how the editor and its help name it. The packet codec, the record access, the editor's rules,
+// the tabs, the client's set-parms and import and the simulated host's plant all read this table; adding a field is one
+// row here.
 
 // A port's parameters travel in six sections, both ways: sections 1-5 fill the port's
 // PortCommParms, section 6 its DataCollectionParms.
@@ -105,6 +105,10 @@ struct FieldRow {
     std::string_view controlName = {}; // the editor's control ("BaudRates"), or option buttons' prefix ("Parity_")
     std::string_view caption = {}; // what the editor calls it
     std::string_view helpAnchor = {}; // the help page's section about it
+    // What a fresh port holds, as the record stores it: a number for the numeric kinds (a flag's
+    // -1 or 0 included), a text for the texts (a fixed-width one at its width, as it travels).
+    std::int32_t defaultNumber = 0;
+    std::string_view defaultText = {};
 
     bool enabledFor(const ControlStates& states) const { return enabled == nullptr || enabled(states); }
     bool isChoice() const { return control == Control::List || control == Control::Options; }

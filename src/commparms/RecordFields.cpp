@@ -68,6 +68,21 @@ bool setFieldValue(PortCommParms& p, DataCollectionParms& d, const RecordField& 
     return field.dataCollection ? store(field.collection, d, value) : store(field.comm, p, value);
 }
 
+FieldValue defaultValue(const RecordField& field)
+{
+    if (field.kind == FieldKind::Text)
+        return std::string(field.defaultText);
+    return std::int64_t{field.defaultNumber};
+}
+
+PortRecords freshPort()
+{
+    PortRecords fresh;
+    for (const RecordField& field : fieldCatalogue())
+        setFieldValue(fresh.comm, fresh.collection, field, defaultValue(field));
+    return fresh;
+}
+
 std::vector<ChangedField> changedFields(
     const PortCommParms& p0, const DataCollectionParms& d0, const PortCommParms& p1, const DataCollectionParms& d1)
 {

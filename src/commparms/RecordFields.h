@@ -24,6 +24,10 @@ FieldValue fieldValue(const PortCommParms& p, const DataCollectionParms& d, cons
 // A value as a person reads it: a flag as True or False, a number as digits, a text quoted with
 // its control characters spelt out.
 std::string fieldValueText(std::string_view name, const FieldValue& value);
+// What a fresh port holds in a field (its row's default), and both records of a fresh port.
+FieldValue defaultValue(const RecordField& field);
+PortRecords freshPort();
+
 // Whether a field is one that no packet carries: kept by this terminal only, never sent.
 bool keptByTerminalOnly(std::string_view name);
 // Whether a text can travel in a field: the packet's control characters (SOH, STX, ETX, EOT)

@@ -7,6 +7,12 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#ifdef Q_OS_WIN
+#include <winsock2.h>
+#else
+#include <sys/socket.h>
+#endif
+
 namespace corvane::hostsim {
 
 HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
@@ -18,11 +24,15 @@ HostSimulator::HostSimulator(Plant plant, TimerSource* clock, QObject* parent)
         ownClock_ = std::make_unique<QtTimers>();
         clock = ownClock_.get();
     }
+    gapTimer_ = clock->make("tmrChunkGap", GapBetweenChunksMs);
+    dribbleTimer_ = clock->make("tmrDribble", 100);
     pushTimer_ = clock->make("tmrPushStatus", 2000);
     idleTimer_ = clock->make("tmrIdleDrop", IdleDropMinutes * 60000);
-    chunkTimer_.setSingleShot(true);
-    connect(&chunkTimer_, &QTimer::timeout, this, &HostSimulator::writeChunk);
-    connect(&dribbleTimer_, &QTimer::timeout, this, &HostSimulator::dribble);
+    connect(gapTimer_.get(), &ProgramTimer::timeout, this, [this] {
+        gapTimer_->stop();
+        pump();
+    });
+    connect(dribbleTimer_.get(), &ProgramTimer::timeout, this, &HostSimulator::dribble);
     connect(pushTimer_.get(), &ProgramTimer::timeout, this, [this] {
         if (terminal_ && !faults.silent) {
             plant_.advance();
@@ -93,12 +103,15 @@ void HostSimulator::acceptTerminal()
     packetsSent_ = 0;
     conversation_ = {};
     typesAnnounced_ = false;
-    sinceLastChunk_.invalidate();
+    gapTimer_->stop();
+    holding_ = false;
     lastWasReply_ = false;
     askedSinceLastChunk_ = false;
+    endSending_ = false;
     if (idleTimer_->interval() > 0)
         idleTimer_->start();
     connect(socket, &QTcpSocket::readyRead, this, &HostSimulator::readRequests);
+    connect(socket, &QTcpSocket::bytesWritten, this, &HostSimulator::endSendingOnceSent);
     connect(socket, &QTcpSocket::disconnected, this, &HostSimulator::dropTerminal);
     note(QStringLiteral("terminal connected from %1").arg(socket->peerAddress().toString()));
     Q_EMIT terminalConnected();
@@ -114,8 +127,9 @@ void HostSimulator::dropTerminal()
     terminal_ = nullptr;
     chunks_.clear();
     queued_ = 0;
-    chunkTimer_.stop();
-    dribbleTimer_.stop();
+    gapTimer_->stop();
+    holding_ = false;
+    dribbleTimer_->stop();
     dribbling_.clear();
     idleTimer_->stop();
     note(QStringLiteral("terminal disconnected"));
@@ -189,8 +203,31 @@ bool HostSimulator::flood(FloodKind kind, qint64 total)
         return false;
     flood_ = std::make_unique<Flood>(*terminal_, kind, total);
     note(QStringLiteral("flooding the terminal with %1 bytes").arg(total));
-    connect(flood_.get(), &Flood::finished, this, [this] { note(QStringLiteral("flood sent")); });
+    connect(flood_.get(), &Flood::finished, this, [this] {
+        note(QStringLiteral("flood sent"));
+        endSendingOnceSent();
+    });
     return true;
+}
+
+void HostSimulator::endSending()
+{
+    endSending_ = true;
+    endSendingOnceSent();
+}
+
+void HostSimulator::endSendingOnceSent()
+{
+    if (!endSending_ || !terminal_ || !chunks_.empty() || !dribbling_.empty() || terminal_->bytesToWrite() > 0
+        || (flood_ && !flood_->done()))
+        return;
+    endSending_ = false;
+    note(QStringLiteral("ending the sending side"));
+#ifdef Q_OS_WIN
+    ::shutdown(static_cast<SOCKET>(terminal_->socketDescriptor()), SD_SEND);
+#else
+    ::shutdown(static_cast<int>(terminal_->socketDescriptor()), SHUT_WR);
+#endif
 }
 
 void HostSimulator::sendRaw(const std::string& bytes)
@@ -224,16 +261,15 @@ void HostSimulator::enqueue(std::string packet, bool isReply)
 // two answers) waits out the gap, so that no two packets reach the terminal as one chunk.
 void HostSimulator::pump()
 {
-    if (chunks_.empty() || chunkTimer_.isActive() || !dribbling_.empty())
+    if (chunks_.empty() || !dribbling_.empty())
         return;
-    const bool gapPassed = !sinceLastChunk_.isValid() || sinceLastChunk_.elapsed() >= GapBetweenChunksMs;
     const Chunk& next = chunks_.front();
     const bool answersARead = next.reply && next.first && askedSinceLastChunk_ && lastWasReply_;
-    if (gapPassed || answersARead) {
+    if (!gapTimer_->isActive() || answersARead) {
         writeChunk();
-    } else {
+    } else if (!holding_) {
+        holding_ = true;
         ++chunksHeldBack_;
-        chunkTimer_.start(static_cast<int>(GapBetweenChunksMs - sinceLastChunk_.elapsed()));
     }
 }
 
@@ -248,13 +284,15 @@ void HostSimulator::writeChunk()
     if (faults.dribbleMs > 0 && chunk.bytes.size() > 1) {
         terminal_->write(chunk.bytes.data(), 1);
         dribbling_ = chunk.bytes.substr(1);
-        dribbleTimer_.start(faults.dribbleMs);
+        dribbleTimer_->setInterval(faults.dribbleMs);
+        dribbleTimer_->start();
     } else {
         terminal_->write(chunk.bytes.data(), static_cast<qint64>(chunk.bytes.size()));
     }
     terminal_->flush();
     ++chunksWritten_;
-    sinceLastChunk_.start();
+    holding_ = false;
+    gapTimer_->start();
     askedSinceLastChunk_ = false;
     lastWasReply_ = chunk.reply && chunk.last;
     if (chunk.last && faults.closeAfterPackets > 0 && ++packetsSent_ >= faults.closeAfterPackets) {
@@ -263,12 +301,13 @@ void HostSimulator::writeChunk()
         return;
     }
     pump();
+    endSendingOnceSent();
 }
 
 void HostSimulator::dribble()
 {
     if (!terminal_ || dribbling_.empty()) {
-        dribbleTimer_.stop();
+        dribbleTimer_->stop();
         dribbling_.clear();
         return;
     }
@@ -276,8 +315,9 @@ void HostSimulator::dribble()
     terminal_->flush();
     dribbling_.erase(0, 1);
     if (dribbling_.empty()) {
-        dribbleTimer_.stop();
+        dribbleTimer_->stop();
         pump();
+        endSendingOnceSent();
     }
 }
 

@@ -6,7 +6,6 @@
 #include "hostsim/Plant.h"
 #include "platform/ProgramTimer.h"
 
-#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QObject>
 #include <QPointer>
@@ -34,11 +33,13 @@ class HostSimulator : public QObject {
 public:
     static constexpr int IdleDropMinutes = 30;
     static constexpr qint64 MaxUnsent = 1 << 20; // about ninety full status replies
-    // Packets sent back to back leave this far apart, so that each arrives as a chunk of its own
-    // even at a terminal that is busy for a moment. Answers to requests do not wait for it.
+    // Packets sent back to back leave this far apart (the timer "tmrChunkGap"), so that each
+    // arrives as a chunk of its own even at a terminal that is busy for a moment. Answers to
+    // requests do not wait for it.
     static constexpr int GapBetweenChunksMs = 25;
 
-    // The clock runs the pushed status and the idle drop; without one, the real clock.
+    // The clock runs the gap between chunks, the dribble, the pushed status and the idle drop;
+    // without one, the real clock.
     explicit HostSimulator(Plant plant = Plant::demo(), TimerSource* clock = nullptr, QObject* parent = nullptr);
     ~HostSimulator() override;
 
@@ -59,6 +60,8 @@ public:
     // Chunks written, and how many of them waited out the gap between packets.
     int chunksWritten() const { return chunksWritten_; }
     int chunksHeldBack() const { return chunksHeldBack_; }
+    // Nothing waits to go out, and the last chunk left a gap ago.
+    bool allSent() const { return chunks_.empty() && dribbling_.empty() && !gapTimer_->isActive(); }
 
     // Unsolicited status packets every `ms` while a terminal is connected (0 stops them).
     void setPushStatusInterval(int ms);
@@ -77,6 +80,11 @@ public:
     // without its bound; false without a terminal. flooded() says when it has all left.
     bool flood(FloodKind kind, qint64 total);
     bool flooded() const { return flood_ && flood_->done(); }
+    // Ends the sending side (a half close) once nothing waits to go out, a flood included: the
+    // terminal reads that end only after the last byte, and then closes its own side, which shows
+    // here as terminalDisconnected. How a test knows that a terminal in a process of its own has
+    // read all it was sent.
+    void endSending();
 
 Q_SIGNALS:
     void terminalConnected();
@@ -92,6 +100,7 @@ private:
     void pump();
     void writeChunk();
     void dribble();
+    void endSendingOnceSent();
     void log(const char* direction, std::string_view bytes);
     void note(const QString& line);
 
@@ -110,13 +119,14 @@ private:
     };
     std::deque<Chunk> chunks_;
     qint64 queued_ = 0; // bytes in chunks_
-    QTimer chunkTimer_; // the gap before a chunk that may not go at once
-    QTimer dribbleTimer_;
     std::string dribbling_; // the rest of a chunk going out a byte at a time
-    QElapsedTimer sinceLastChunk_;
+    bool holding_ = false; // the next chunk waits out the gap
     bool lastWasReply_ = false; // the last packet out answered a request
     bool askedSinceLastChunk_ = false;
+    bool endSending_ = false;
     std::unique_ptr<TimerSource> ownClock_;
+    std::unique_ptr<ProgramTimer> gapTimer_; // runs for the gap after each chunk
+    std::unique_ptr<ProgramTimer> dribbleTimer_;
     std::unique_ptr<ProgramTimer> pushTimer_;
     std::unique_ptr<ProgramTimer> idleTimer_;
     int packetsSent_ = 0;

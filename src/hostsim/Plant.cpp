@@ -124,8 +124,6 @@ void configure(PortCommParms& p, DataCollectionParms& dc, const Machine& m)
         dc.MaxDataSegment = 500;
         dc.FileNameString = "(FILE=";
         dc.SaveToFolder = "C:\\DNC\\COLLECTED\\" + p.wstat_name;
-    } else {
-        dc.MaxDataSegment = 1000;
     }
 }
 
@@ -135,9 +133,10 @@ Plant Plant::demo()
 {
     Plant plant;
     plant.status.assign(PortCount, PortStatusRecord{"", "", "Not Configured", "0", ""});
-    plant.parms.resize();
-    for (std::size_t i = 0; i < plant.parms.DataCollectionTable.size(); ++i)
-        plant.parms.DataCollectionTable[i].MaxDataSegment = 1000;
+    // Every port starts as a fresh one; the machines' ports are then set up for them.
+    const PortRecords fresh = freshPort();
+    plant.parms.PortCommParmsTable.assign(PortCount, fresh.comm);
+    plant.parms.DataCollectionTable.assign(PortCount, fresh.collection);
     for (const Machine& m : Machines) {
         const auto row = static_cast<std::size_t>(m.row);
         plant.status[row] = {m.name, m.program, m.status, std::to_string(m.bytes), std::to_string(100 + m.row)};

@@ -1,5 +1,8 @@
 #include "commparms/FieldEdit.h"
+#include "commparms/FieldRules.h"
 #include "commparms/RecordFields.h"
+#include "protocol/Framing.h"
+#include "protocol/PortParmsPacket.h"
 
 #include <gtest/gtest.h>
 
@@ -140,6 +143,60 @@ TEST(FieldCatalogue, EachFieldIsOneRowAndEachControlEditsOneField)
             ++carried;
         }
     EXPECT_EQ(carried + 3, fieldCatalogue().size()) << "every carried field in its section, three kept here";
+}
+
+// Every field's default, what a fresh port holds, is a value its own row takes as it stands: within
+// the row's range; through the row's rule accepted without a word and changing nothing (by the
+// client's way in, enabling checked, where a fresh port's control is enabled; the rule alone
+// where it is disabled); untouched by the rules of showing a record; and whole after travelling
+// from the host to the terminal and back.
+TEST(FieldCatalogue, EveryDefaultIsWhatItsOwnRowTakesAsItStands)
+{
+    const PortRecords fresh = freshPort();
+    // A host that lists the fresh port's machine type.
+    const std::vector<MachineTypeRecord> types{{fresh.comm.Machine_Unique_Id, "", "", ' '}};
+    const ControlStates states = controlStates(fresh.comm, fresh.collection);
+    for (const FieldRow& row : fieldCatalogue()) {
+        SCOPED_TRACE(row.name);
+        const FieldValue value = fieldValue(fresh.comm, fresh.collection, row);
+        ASSERT_EQ(value, defaultValue(row)) << "stored as the row has it";
+        const auto* number = std::get_if<std::int64_t>(&value);
+        if (number && row.highest > row.lowest) {
+            EXPECT_GE(*number, row.lowest);
+            EXPECT_LE(*number, row.highest);
+        }
+        if (row.edit == nullptr)
+            continue;
+        const std::string text = number ? std::to_string(*number) : std::get<std::string>(value);
+        PortRecords after = fresh;
+        if (row.enabledFor(states)) {
+            const FieldEdit edit = editField(after.comm, after.collection, row.name, text, types);
+            EXPECT_TRUE(edit.accepted) << edit.refusal;
+            EXPECT_TRUE(edit.outcome.messages.empty());
+        } else if (row.edit != &field_rules::chooseSaveFolder) { // which asks the disk about the folder
+            FieldEditing editing{after.comm, after.collection, types, row};
+            EXPECT_TRUE(row.edit(editing, text).messages.empty());
+        }
+        EXPECT_EQ(after, fresh) << "changed by its own rule";
+    }
+    EXPECT_EQ(fresh.comm.iMinimumPurgeSeconds, minimumPurgeSeconds(fresh.comm.Baud)) << "the baud rate's least";
+    PortCommParms shown = fresh.comm;
+    applyShowRules(shown);
+    EXPECT_EQ(shown, fresh.comm);
+
+    const std::int16_t port = 7;
+    PortParmsTables host, terminal, back;
+    for (PortParmsTables* tables : {&host, &terminal, &back})
+        tables->resize();
+    host.setRecords(port, fresh);
+    const PacketFaults none = [](std::string_view fault) { ADD_FAILURE() << fault; };
+    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section)
+        Extract_Port_Parms_Packet(
+            Build_Port_Parms_Packet(section, port, host, PacketSide::Host) + EOT, terminal, none, PacketSide::Terminal);
+    EXPECT_EQ(terminal.records(port), fresh) << "as the terminal fetches it";
+    for (std::int16_t section = FirstParmsSection; section <= LastParmsSection; ++section)
+        Extract_Port_Parms_Packet(Build_Port_Parms_Packet(section, port, terminal) + EOT, back, none, PacketSide::Host);
+    EXPECT_EQ(back.records(port), fresh) << "as the host takes the update";
 }
 
 } // namespace

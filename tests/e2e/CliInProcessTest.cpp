@@ -1,7 +1,7 @@
 // The client run in this process on a test's clock: its exit statuses, each with what it says (a
 // host that never answers, or never acknowledges, and a connection that never comes end the
-// command as their time-outs would, with no time passing), and its fetch and update against
-// polite and hostile peers.
+// command as their time-outs would, with no time passing), its fetch and update against polite
+// and hostile peers, its watch and its list of fields.
 #include "cli/Cli.h"
 #include "commparms/RecordFields.h"
 #include "protocol/PacketTypes.h"
@@ -19,6 +19,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -88,6 +89,8 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
             EXPECT_EQ(record[0].value(QStringLiteral("outcome")).toString(),
                 QLatin1String(name == "connection lost" ? "connection-lost" : "no-ack"));
             EXPECT_EQ(record[0].value(QStringLiteral("section")).toInt(), 3) << c.name;
+            // The host has read all the client sent once it sees the connection end.
+            ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); })) << c.name;
             EXPECT_EQ(plant.receivedOfType(packet_type::UpdateComplete), 0u) << c.name;
         }
     }
@@ -143,12 +146,11 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
         plant.folder.useAsStoreRoot();
         ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
         if (c.fault)
-            c.fault(plant.host);
+            c.fault(plant);
         test::ManualTimers clock;
-        // The moment an update looks for late acknowledgements passes once nothing else is to be
-        // done, except where the host's surplus is to show within it.
-        if (c.updateStatus == 0)
-            clock.tickWhenIdle("tmrAckSettle", &plant.host);
+        // The moment an update looks for late acknowledgements passes once the host has sent all
+        // it had to send, a surplus included.
+        clock.tickWhenIdle("tmrAckSettle", &plant.host, [&plant] { return plant.host.allSent(); });
 
         const ClientRun fetched = runClient(plant, clock, "--json get-parms 9");
         ASSERT_EQ(fetched.status, 0) << fetched.err.toStdString();
@@ -175,8 +177,29 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
     }
 }
 
-// The fields command lists the catalogue: every row, with what each takes.
-TEST(CliFields, ListEveryFieldWithWhatItTakes)
+// watch prints every row at first, then what changed at each look: the sending ports, which move
+// on between two looks.
+TEST(CliWatch, PrintsWhatChanged)
+{
+    test::SimulatedPlant plant;
+    plant.folder.useAsStoreRoot();
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+    test::ManualTimers clock;
+    clock.tickWhenIdle("tmrWatchRefresh", &plant.host); // the next look comes once all is shown
+    const ClientRun run = runClient(plant, clock, "--json watch --interval 1 --count 1");
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QStringList lines = run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_GT(lines.size(), 36) << "every row at first";
+    EXPECT_TRUE(std::any_of(lines.begin() + 36, lines.end(), [](const QString& line) {
+        return QJsonDocument::fromJson(line.toUtf8()).object().value(QStringLiteral("port")).toInt() == 1;
+    }));
+    ASSERT_TRUE(test::waitFor([&] { return !plant.host.hasTerminal(); }));
+    EXPECT_EQ(plant.receivedOfType(packet_type::StatusRequest), 2u);
+}
+
+// The fields command lists the catalogue: every row, with what each takes and its default, which
+// is what a port the host has set up for no machine holds.
+TEST(CliFields, ListEveryFieldWithWhatItTakesAndItsDefault)
 {
     test::SimulatedPlant plant;
     test::ManualTimers clock;
@@ -184,11 +207,22 @@ TEST(CliFields, ListEveryFieldWithWhatItTakes)
     ASSERT_EQ(listed.status, 0) << listed.err.toStdString();
     const QJsonArray rows = QJsonDocument::fromJson(listed.out.toUtf8()).array();
     ASSERT_EQ(static_cast<std::size_t>(rows.size()), fieldCatalogue().size());
-    for (const QJsonValue& row : rows)
-        if (row[QStringLiteral("name")] == QStringLiteral("Baud")) {
+    const std::int16_t unused = 28; // port 29
+    ASSERT_EQ(plant.host.plant().status[unused].Status, "Not Configured");
+    const PortRecords fresh = plant.host.plant().parms.records(unused);
+    for (const QJsonValue& row : rows) {
+        const std::string name = row[QStringLiteral("name")].toString().toStdString();
+        EXPECT_EQ(row[QStringLiteral("default")], jsonOf(fieldValue(fresh.comm, fresh.collection, *findField(name))))
+            << name;
+        if (name == "Baud") {
             EXPECT_EQ(row[QStringLiteral("highest")].toInt(), 14);
             EXPECT_TRUE(row[QStringLiteral("takes")].toString().contains(QStringLiteral("6 9600")));
         }
+    }
+    const QStringList lines = runClient(plant, clock, "fields").out.split(QLatin1Char('\n'));
+    for (const char* line : {R"(^Parity .*; default 1\)$)", R"(^ProgQualifier .*; default "          "\)$)",
+             R"(^UseAdvancedPrintOptions .*; default 0; kept by this terminal, never sent\)$)"})
+        EXPECT_EQ(lines.filter(QRegularExpression(QString::fromLatin1(line))).size(), 1) << line;
 }
 
 } // namespace

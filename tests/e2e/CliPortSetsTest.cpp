@@ -86,13 +86,12 @@ TEST_F(CliPortSets, CopyPreviewAndRevertAgainstPoliteAndHostilePeers)
         std::filesystem::remove(plant.folder.file("parameter-changes.jsonl"));
         plant.host.faults = {};
         if (c.fault)
-            c.fault(plant.host);
-        // The moment an update looks for late acknowledgements passes once nothing else is to be
-        // done, except where the host's surplus is to show within it.
+            c.fault(plant);
+        // The moment an update looks for late acknowledgements passes once the host has sent all
+        // it had to send, a surplus included.
         test::ManualTimers caseClock;
-        const QObject scope;
-        if (c.updateStatus == 0)
-            caseClock.tickWhenIdle("tmrAckSettle", const_cast<QObject*>(&scope));
+        QObject scope;
+        caseClock.tickWhenIdle("tmrAckSettle", &scope, [this] { return plant.host.allSent(); });
         const auto run = [&](const QString& line) { return CliPortSets::run(line, caseClock); };
 
         const std::size_t before = plant.receivedOfType(packet_type::PortParms);

@@ -29,6 +29,7 @@ protected:
     void SetUp() override
     {
         host.announceMachineTypes = false; // each request here gets its own answer and nothing else
+        clock.tickWhenIdle("tmrChunkGap", &host);
         QObject::connect(&host, &HostSimulator::packetReceived, [this] { ++received; });
         ASSERT_TRUE(host.listen());
         ASSERT_TRUE(terminal.connectTo(host.port()));
@@ -106,15 +107,17 @@ TEST_F(Host, ASectionThatCannotBeStoredIsNotAcknowledged)
 }
 
 // The other fault switches are held to account by the session and program tests that use them;
-// these two leave what the terminal reads unchanged, so only the host's own counts show them.
+// these two leave the packets the terminal reads unchanged, so the chunks show them.
 TEST_F(Host, SplitAndJoinedRepliesAreSentAsTheirSwitchesSay)
 {
     host.faults.splitInto = 3;
     const int before = host.chunksWritten();
+    const int readBefore = terminal.chunks;
     auto version = terminal.request(Build_Version_Request());
     ASSERT_TRUE(version);
     EXPECT_EQ(Get_Host_Version(*version, {}), "4.12");
     EXPECT_EQ(host.chunksWritten() - before, 3);
+    EXPECT_EQ(terminal.chunks - readBefore, 3) << "each piece read as a chunk of its own";
     host.faults.splitInto = 1;
 
     host.faults.joinWithStatus = true;
@@ -141,6 +144,20 @@ TEST_F(Host, TextThatIsNoPacketAndPushedStatusKeepTheirDistance)
     const auto pushed = terminal.nextPacket();
     ASSERT_TRUE(pushed);
     EXPECT_EQ(Get_Packet_Type(*pushed, {}), packet_type::PortStatusReply);
+}
+
+// The end of the sending side comes after all that waits to go: a terminal reads the whole reply
+// before the end, and closing its side then is the host's sign that it has read everything.
+TEST_F(Host, TheSendingSideEndsAfterAllThatWaits)
+{
+    host.faults.splitInto = 3;
+    terminal.send(Build_Version_Request());
+    ASSERT_TRUE(waitFor([this] { return received == 1; }));
+    host.endSending(); // the second and third pieces still wait out their gaps
+    const auto version = terminal.nextPacket();
+    ASSERT_TRUE(version);
+    EXPECT_EQ(Get_Host_Version(*version, {}), "4.12");
+    EXPECT_TRUE(waitFor([this] { return !host.hasTerminal(); }));
 }
 
 // A second terminal is refused while one is connected; a silent one goes after the idle time,

@@ -82,6 +82,9 @@ public:
         config = std::make_unique<HostConfiguration>(*plant->registry);
         config->load();
         session = std::make_unique<HostSession>(*config, ui, timers, plant->folder.logs());
+        // An update looks for late acknowledgements for a moment before its trailer: that moment
+        // passes once the host has sent all it had to send, a surplus included.
+        timers.tickWhenIdle("tmrAckSettle", session.get(), [this] { return host().allSent(); });
     }
     HostSimulator& host() { return plant->host; }
     bool settled()
@@ -114,17 +117,6 @@ public:
     void expireWhenHostHas(std::int16_t type, std::size_t count)
     {
         whenHostHas(type, count, [this] { timers.fire("tmrPacketWait"); });
-    }
-    // An update looks for late acknowledgements for a moment before its trailer: that moment
-    // ends as soon as the session starts it.
-    void settleWhenAsked()
-    {
-        test::whenReady(
-            [this]() -> bool* {
-                static bool ready = true;
-                return timers["tmrAckSettle"].isActive() ? &ready : nullptr;
-            },
-            [this](bool&) { timers.fire("tmrAckSettle"); });
     }
 };
 
@@ -397,7 +389,11 @@ TEST_F(Session, FetchThenUpdateAgainstPoliteAndHostilePeers)
         EXPECT_EQ(session->machineTypes().front(), host().plant().machineTypes.front());
 
         const std::int16_t port = 14;
+        const int tablesBefore = ui.tableChanges;
         ASSERT_TRUE(session->FetchCommParms(port));
+        if (peer == Peer::PushesStatus) {
+            EXPECT_GE(ui.tableChanges - tablesBefore, 6) << "a status table taken in before each reply";
+        }
         PortParmsTables& mine = session->parmsTables();
         EXPECT_EQ(*session->received(port), host().plant().parms.records(port));
         PortRecords shown = host().plant().parms.records(port);
@@ -413,11 +409,10 @@ TEST_F(Session, FetchThenUpdateAgainstPoliteAndHostilePeers)
             record.ConfirmFooter = "LATE"; // section 5, not yet built
         });
         const bool hostile = peer == Peer::DuplicateAcks || peer == Peer::EarlyAcks;
-        if (!hostile)
-            settleWhenAsked();
         EXPECT_EQ(session->UpdateCommParms(port), !hostile);
         if (hostile) {
             EXPECT_EQ(ui.messages, std::vector<std::string>{updateUncertain(port + 1)});
+            ASSERT_TRUE(test::waitUntilIdle());
             EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u) << "no trailer";
             EXPECT_TRUE(session->fetchState(port).uncertain);
             EXPECT_FALSE(session->UpdateCommParms(port)) << "not again before a fetch";
@@ -451,6 +446,7 @@ TEST_F(Session, AFetchCutShortKeepsNothingAndSendsNothing)
     EXPECT_TRUE(session->received(port) == nullptr);
     EXPECT_FALSE(session->UpdateCommParms(port));
     EXPECT_EQ(ui.messages.back(), notFetchedWhole(port + 1, session->fetchState(port)));
+    ASSERT_TRUE(test::waitUntilIdle());
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 0u);
 }
 
@@ -482,7 +478,6 @@ TEST_F(Session, TheRulesOfShowingARecordRunOnEveryFetch)
     EXPECT_EQ(corrected, (std::vector<std::string>{"bPurgeIfInactive", "OutHdrVal2"}));
 
     // Sent, the corrections are recorded as the rules', not the user's.
-    settleWhenAsked();
     ASSERT_TRUE(session->UpdateCommParms(port));
     QStringList byRule;
     for (const QJsonValue& field : test::changeRecordLines(plant->folder.logs()).at(0).value(QStringLiteral("fields")).toArray())
@@ -499,6 +494,7 @@ TEST_F(Session, AHostThatStopsAcknowledgingGetsOneMessageAndNoTrailer)
     expireWhenHostHas(packet_type::PortParms, 3);
     EXPECT_FALSE(session->UpdateCommParms(3));
     EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::UpdateNoAck)});
+    ASSERT_TRUE(test::waitUntilIdle());
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParms), 3u) << "nothing after the unacknowledged section";
     EXPECT_EQ(plant->receivedOfType(packet_type::UpdateComplete), 0u);
 }
@@ -551,6 +547,7 @@ TEST_F(Session, ASilentHostStopsTheFetchAtItsFirstSection)
     expireWhenHostHas(packet_type::PortParmsRequest, 1);
     EXPECT_FALSE(session->FetchCommParms(5));
     EXPECT_EQ(ui.messages, std::vector<std::string>{std::string(message::FetchCommParmsTimeout)});
+    ASSERT_TRUE(test::waitUntilIdle());
     EXPECT_EQ(plant->receivedOfType(packet_type::PortParmsRequest), 1u);
 
     ui.messages.clear();

@@ -73,7 +73,6 @@ public:
     std::unique_ptr<Terminal> terminal;
     std::unique_ptr<DesktopProgram> program;
     std::optional<int> finished;
-    bool settleAcksAtOnce = true;
 
     void SetUp() override { plant.folder.useAsStoreRoot(); }
 
@@ -84,9 +83,9 @@ public:
         terminal = std::make_unique<Terminal>(*plant.registry, timers, "tester", places, ScratchProgramFolder::clock());
         program = std::make_unique<DesktopProgram>(std::move(options), *terminal, services);
         QObject::connect(program.get(), &DesktopProgram::finished, [this](int status) { finished = status; });
-        // The moment an update looks for late acknowledgements passes at once, unless a test
-        // wants the host's surplus to show within it.
-        timers.tickWhenIdle("tmrAckSettle", program.get(), [this] { return settleAcksAtOnce; });
+        // The moment an update looks for late acknowledgements passes once the host has sent all
+        // it had to send, a surplus included.
+        timers.tickWhenIdle("tmrAckSettle", program.get(), [this] { return plant.host.allSent(); });
         program->start();
         EXPECT_TRUE(timers["tmrStartup"].isActive()) << "shown is enough; no activation needed";
         timers.fire("tmrStartup");

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/ProgramTimer.h"
+#include "support/Wait.h"
 
-#include <QAbstractEventDispatcher>
 #include <QPointer>
 
 #include <functional>
@@ -105,17 +105,14 @@ public:
             found->second->fire();
     }
 
-    // While `context` lives, a running timer of this name ticks once the program has nothing else to
-    // do (an update's look for late acknowledgements, say), as long as `wanted` holds.
+    // While `context` lives, a running timer of this name ticks whenever the program is idle (see
+    // whenIdle) and `wanted` holds: an update's look for late acknowledgements, the simulated
+    // host's gap between chunks.
     void tickWhenIdle(
         const std::string& name, QObject* context, std::function<bool()> wanted = [] { return true; })
     {
-        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, context,
-            [this, name, context, wanted] {
-                if (wanted() && running(name))
-                    QMetaObject::invokeMethod(
-                        context, [this, name] { fireIfRunning(name); }, Qt::QueuedConnection);
-            });
+        whenIdle(
+            context, [this, name, wanted] { return wanted() && running(name); }, [this, name] { fireIfRunning(name); });
     }
 
     // Timers of this name, made now or later, tick whenever the program is free to see them.

@@ -3,6 +3,7 @@
 #include "hostsim/HostSimulator.h"
 #include "platform/Registry.h"
 #include "session/HostConfiguration.h"
+#include "support/ManualTimers.h"
 #include "support/ScratchProgramFolder.h"
 
 #include <QTemporaryDir>
@@ -13,6 +14,15 @@
 
 namespace corvane::test {
 
+// Where the terminal that talks to the simulated host runs.
+enum class TerminalIn {
+    // This process: the host's clock is the test's, and its gap between two chunks passes as
+    // soon as this process has nothing else to do, by when the terminal has read the first.
+    ThisProcess,
+    // A process of its own, which this one cannot see read: the gap is the real one.
+    AnotherProcess,
+};
+
 // What a session or program test stands on: a program folder for the logs, a registry of its
 // own, and a simulated host configured as host 1 (host 2 is "Undefined"). The host counts what
 // it receives, so a test can tell that something was, or was not, sent.
@@ -21,11 +31,15 @@ public:
     ScratchProgramFolder folder;
     QTemporaryDir registryDir;
     std::unique_ptr<Registry> registry;
+    ManualTimers hostClock; // the host's, for a terminal in this process: the rest of its timers tick as a test says
     hostsim::HostSimulator host;
     std::vector<std::string> received; // every packet the host took in, in order
 
-    SimulatedPlant()
+    explicit SimulatedPlant(TerminalIn terminal = TerminalIn::ThisProcess)
+        : host(hostsim::Plant::demo(), terminal == TerminalIn::ThisProcess ? &hostClock : nullptr)
     {
+        if (terminal == TerminalIn::ThisProcess)
+            hostClock.tickWhenIdle("tmrChunkGap", &host);
         qputenv("CORVANE_REGISTRY_DIR", registryDir.path().toLocal8Bit());
         registry = openSystemRegistry();
         EXPECT_TRUE(host.listen());

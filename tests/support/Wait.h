@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Idle.h"
 #include "support/QtPrinting.h"
 
 #include <QAbstractEventDispatcher>
@@ -31,6 +32,25 @@ inline bool waitFor(const std::function<bool()>& done, int limitMs = 5000)
     loop.exec();
     QObject::disconnect(look);
     return done();
+}
+
+// Runs the event loop until the program is idle (see whenIdle) while `also` holds, or the limit
+// passes: for what must not happen, which by then has not.
+inline bool waitUntilIdle(
+    const std::function<bool()>& also = [] { return true; }, int limitMs = 5000)
+{
+    QEventLoop loop;
+    bool idle = false;
+    whenIdle(&loop, also, [&] {
+        idle = true;
+        loop.quit();
+    });
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
+    limit.start(limitMs);
+    loop.exec();
+    return idle;
 }
 
 // Once `ready` returns something, calls `act` with it, once, as an event of its own. Meant for
