@@ -66,6 +66,12 @@ public:
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(extra);
         process.setProcessEnvironment(env);
+        // The programs meet the stopping signals as a terminal delivers them, even where the tests
+        // themselves run with one ignored (under nohup).
+        process.setChildProcessModifier([] {
+            for (const int signal : {SIGHUP, SIGINT, SIGTERM})
+                ::signal(signal, SIG_DFL);
+        });
         process.start(program, arguments);
         EXPECT_TRUE(process.waitForStarted()) << program.toStdString();
         if (started)

@@ -363,6 +363,16 @@ TEST_F(CommParmsForm, TheKeyboardTurnsPagesAndLeavesEveryBox)
     }
     EXPECT_EQ(baud.currentIndex(), value) << "the list kept its value";
 
+    // Tab goes from the pages' tabs through the page shown, then on to the buttons below them.
+    QStringList chain;
+    for (QWidget* w = form->nextInFocusChain(); w && w != form.get(); w = w->nextInFocusChain())
+        if ((w->focusPolicy() & Qt::TabFocus) && w->isVisible() && w->isEnabled())
+            chain << w->objectName();
+    EXPECT_LT(chain.indexOf(QStringLiteral("CommTab")), chain.indexOf(QStringLiteral("BaudRates")))
+        << chain.join(u' ').toStdString();
+    EXPECT_LT(chain.indexOf(QStringLiteral("BaudRates")), chain.indexOf(QStringLiteral("cmdUpdate")))
+        << chain.join(u' ').toStdString();
+
     whenModal<frmFileNotFoundMsg>([](frmFileNotFoundMsg& edit) {
         auto& message = control<QPlainTextEdit>(edit, "txtFileNotFoundMsg");
         message.setFocus();

@@ -95,5 +95,34 @@ TEST(FormsFit, NoFormsMinimumIsLargerThanASmallScreen)
         });
 }
 
+// Tab visits every control of each form in reading order: within each group, row by row and
+// left to right (a control that sits within half a line of the one before is on its row), and
+// then on from the form's last control to its first, so that it leaves every one.
+TEST(TabOrder, EveryFormVisitsItsControlsInReadingOrder)
+{
+    for (const auto& [name, build] : everyForm())
+        build([name = name](QWidget& form) {
+            form.show();
+            std::vector<QWidget*> chain;
+            for (QWidget* w = form.nextInFocusChain(); w && w != &form; w = w->nextInFocusChain())
+                if ((w->focusPolicy() & Qt::TabFocus) && w->isVisibleTo(&form) && w->isEnabled()
+                    && !w->isWindow() && w->window() == &form && w->focusProxy() == nullptr)
+                    chain.push_back(w);
+            QStringList outOfOrder;
+            for (std::size_t i = 1; i < chain.size(); ++i) {
+                QWidget* before = chain[i - 1];
+                QWidget* now = chain[i];
+                if (before->parentWidget() != now->parentWidget())
+                    continue; // a group of its own starts
+                const QPoint a = before->mapTo(&form, QPoint(0, 0)), b = now->mapTo(&form, QPoint(0, 0));
+                const int halfLine = std::max(before->height(), 10) / 2;
+                const bool sameRow = std::abs(a.y() - b.y()) <= halfLine;
+                if (sameRow ? b.x() < a.x() : b.y() < a.y())
+                    outOfOrder << before->objectName() + QStringLiteral(" -> ") + now->objectName();
+            }
+            EXPECT_EQ(outOfOrder.join(QStringLiteral(", ")).toStdString(), "") << name << ": Tab goes back";
+        });
+}
+
 } // namespace
 } // namespace corvane

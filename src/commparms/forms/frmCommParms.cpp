@@ -71,6 +71,15 @@ frmCommParms::frmCommParms(ParmsLink& link, Services& services, QWidget* parent)
     ui->CommTab->addTab(scrolledPage(strings_), QStringLiteral("Start/End Strings"));
     ui->CommTab->addTab(scrolledPage(collection_), QStringLiteral("Data Collection"));
     pages_ = {serial_, requests_, options_, strings_, collection_};
+    // The pages came after the buttons below them: Tab goes through the page shown first.
+    // (Qt orders only widgets that take focus: the last of the pages' that does.)
+    QWidget* last = previousInFocusChain();
+    while (last != this && last->focusPolicy() == Qt::NoFocus)
+        last = last->previousInFocusChain();
+    for (QWidget* button : {ui->cmdUpdate, ui->cmdExit, ui->cmdCancel, ui->cmdFetchAgain}) {
+        QWidget::setTabOrder(last, button);
+        last = button;
+    }
     if (auto* bar = ui->CommTab->findChild<QTabBar*>())
         bar->setAccessibleName(ui->CommTab->accessibleName());
     for (CommParmsPage* page : pages_)
