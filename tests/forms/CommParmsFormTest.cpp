@@ -9,6 +9,7 @@
 #include "support/Forms.h"
 #include "support/ManualTimers.h"
 #include "support/ScratchProgramFolder.h"
+#include "support/Wait.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -342,7 +343,9 @@ TEST_F(CommParmsForm, TheKeyboardTurnsPagesAndLeavesEveryBox)
     auto& tabs = find<QTabWidget>("CommTab");
     auto& baud = find<QComboBox>("BaudRates");
     tabs.setCurrentIndex(0);
+    // A shortcut is the active window's: under a window manager, once it has made it so.
     form->activateWindow();
+    ASSERT_TRUE(test::waitFor([this] { return QApplication::activeWindow() == form.get(); }));
     baud.setFocus();
     const int value = baud.currentIndex();
     struct Step {

@@ -207,7 +207,9 @@ TEST_F(Program, TheMainCommandsByKeyboard)
     frmCVRemote& window = start(test::connectingTo(1));
     ASSERT_TRUE(test::waitFor([&] { return loggedIn && filled(); }));
     auto& grid = control<QTableView>(window, "tgMainScreen");
+    // A shortcut is the active window's: under a window manager, once it has made it so.
     window.activateWindow();
+    ASSERT_TRUE(test::waitFor([&] { return QApplication::activeWindow() == &window; }));
     grid.setFocus();
     grid.setCurrentIndex(grid.model()->index(6, 0));
 
