@@ -106,6 +106,10 @@ public:
         form->show();
         EXPECT_TRUE(test::waitFor([this] { return form->isVisible(); }));
         QApplication::processEvents(); // its first showing counts as its activation
+        // Focus moves as a user's only in the active window: under a window manager, once it
+        // has made the editor so.
+        form->activateWindow();
+        EXPECT_TRUE(test::waitFor([this] { return QApplication::activeWindow() == form.get(); }));
         return *form;
     }
     template <typename W> W& find(const char* name) { return control<W>(*form, name); }
@@ -342,10 +346,7 @@ TEST_F(CommParmsForm, TheKeyboardTurnsPagesAndLeavesEveryBox)
     open();
     auto& tabs = find<QTabWidget>("CommTab");
     auto& baud = find<QComboBox>("BaudRates");
-    tabs.setCurrentIndex(0);
-    // A shortcut is the active window's: under a window manager, once it has made it so.
-    form->activateWindow();
-    ASSERT_TRUE(test::waitFor([this] { return QApplication::activeWindow() == form.get(); }));
+    tabs.setCurrentIndex(0); // the editor is the active window: a shortcut is that window's
     baud.setFocus();
     const int value = baud.currentIndex();
     struct Step {
