@@ -6,12 +6,12 @@
 
 namespace corvane::cli {
 
-const std::vector<CommandSpec>& commandSpecs()
+const std::vector<CommandGrammar>& commandGrammars()
 {
     constexpr unsigned Session = ConnectsToHost | LogsIn;
     constexpr Takes Value = Takes::Value;
     constexpr Takes Nothing = Takes::Nothing;
-    static const std::vector<CommandSpec> specs = {
+    static const std::vector<CommandGrammar> table = {
         {"status", Session | WritesJson, {}},
         {"watch", Session | WritesJson, {{"--interval", Value}, {"--count", Value}, {"--poll", Nothing}}},
         {"purge", Session | Asks, {}},
@@ -31,15 +31,15 @@ const std::vector<CommandSpec>& commandSpecs()
             {{"--password", Value}, {"--grant", Takes::Words}, {"--new-password", Value},
                 {"--no-password", Nothing}}},
     };
-    return specs;
+    return table;
 }
 
-const CommandSpec* commandSpec(const QString& name)
+const CommandGrammar* grammarOf(const QString& name)
 {
-    const auto& specs = commandSpecs();
+    const auto& table = commandGrammars();
     const auto found = std::find_if(
-        specs.begin(), specs.end(), [&name](const CommandSpec& s) { return name == QLatin1String(s.name); });
-    return found == specs.end() ? nullptr : &*found;
+        table.begin(), table.end(), [&name](const CommandGrammar& s) { return name == QLatin1String(s.name); });
+    return found == table.end() ? nullptr : &*found;
 }
 
 bool Options::has(const char* name) const
@@ -86,7 +86,7 @@ namespace {
 constexpr int MostTimeoutSeconds = 3600;
 
 // Where a global option given to a command that does not use it is refused, with why.
-void refuseUnused(const Options& o, const CommandSpec& spec, const QStringList& given)
+void refuseUnused(const Options& o, const CommandGrammar& grammar, const QStringList& given)
 {
     const auto refuse = [&](const QString& option, const char* why) {
         throw UsageError{QStringLiteral("%1 %2: %3 is not used").arg(o.command, QLatin1String(why), option)};
@@ -96,13 +96,13 @@ void refuseUnused(const Options& o, const CommandSpec& spec, const QStringList& 
             || option == QLatin1String("--host-number") || option == QLatin1String("--timeout");
         const bool logInOption = option == QLatin1String("--user") || option == QLatin1String("--password")
             || option == QLatin1String("--password-file");
-        if (hostOption && !(spec.uses & ConnectsToHost))
+        if (hostOption && !(grammar.uses & ConnectsToHost))
             refuse(option, "does not connect to a host");
-        if (logInOption && !(spec.uses & LogsIn))
+        if (logInOption && !(grammar.uses & LogsIn))
             refuse(option, "logs nobody in");
-        if (option == QLatin1String("--json") && !(spec.uses & WritesJson))
+        if (option == QLatin1String("--json") && !(grammar.uses & WritesJson))
             refuse(option, "writes no JSON");
-        if (option == QLatin1String("--yes") && !(spec.uses & Asks))
+        if (option == QLatin1String("--yes") && !(grammar.uses & Asks))
             refuse(option, "asks nothing");
     }
 }
@@ -112,7 +112,7 @@ void refuseUnused(const Options& o, const CommandSpec& spec, const QStringList& 
 Options parseOptions(const QStringList& arguments, std::optional<QString> environmentPassword)
 {
     Options o;
-    const CommandSpec* spec = nullptr;
+    const CommandGrammar* grammar = nullptr;
     bool optionsEnded = false;
     QStringList globalsGiven;
     for (qsizetype i = 1; i < arguments.size(); ++i) {
@@ -121,8 +121,8 @@ Options parseOptions(const QStringList& arguments, std::optional<QString> enviro
         if (!isOption) {
             if (o.command.isEmpty()) {
                 o.command = a;
-                spec = commandSpec(a);
-                if (!spec)
+                grammar = grammarOf(a);
+                if (!grammar)
                     throw UsageError{QStringLiteral("Unknown command '%1'.").arg(a)};
             } else {
                 o.arguments << a;
@@ -147,14 +147,14 @@ Options parseOptions(const QStringList& arguments, std::optional<QString> enviro
                 throw UsageError{name + QStringLiteral(" takes no value")};
         };
         // The command's own first: after the command, its own option wins over a global one.
-        if (spec) {
-            const auto ownSpec = std::find_if(spec->own.begin(), spec->own.end(),
-                [&name](const OptionSpec& s) { return name == QLatin1String(s.name); });
-            if (ownSpec != spec->own.end()) {
+        if (grammar) {
+            const auto ownOption = std::find_if(grammar->own.begin(), grammar->own.end(),
+                [&name](const OwnOption& s) { return name == QLatin1String(s.name); });
+            if (ownOption != grammar->own.end()) {
                 QStringList values;
-                if (ownSpec->takes == Takes::Nothing)
+                if (ownOption->takes == Takes::Nothing)
                     noValue();
-                else if (ownSpec->takes == Takes::Value)
+                else if (ownOption->takes == Takes::Value)
                     values << value();
                 else {
                     if (equals >= 0)
@@ -173,7 +173,7 @@ Options parseOptions(const QStringList& arguments, std::optional<QString> enviro
             // not looked at: the help is what was asked for.
             noValue();
             QString topic = o.command;
-            if (topic.isEmpty() && i + 1 < arguments.size() && commandSpec(arguments[i + 1]))
+            if (topic.isEmpty() && i + 1 < arguments.size() && grammarOf(arguments[i + 1]))
                 topic = arguments[i + 1];
             o.command = QStringLiteral("help");
             o.arguments = QStringList{topic};
@@ -208,7 +208,7 @@ Options parseOptions(const QStringList& arguments, std::optional<QString> enviro
             o.password = value();
             o.passwordOnCommandLine = true;
         } else {
-            throw UsageError{spec ? QStringLiteral("Unknown option '%1' for %2.").arg(a, o.command)
+            throw UsageError{grammar ? QStringLiteral("Unknown option '%1' for %2.").arg(a, o.command)
                                   : QStringLiteral("Unknown option '%1'.").arg(a)};
         }
     }
@@ -218,8 +218,8 @@ Options parseOptions(const QStringList& arguments, std::optional<QString> enviro
         throw UsageError{QStringLiteral("give --password or --password-file, not both")};
     if (o.command.isEmpty())
         throw UsageError{QStringLiteral("no command given")};
-    refuseUnused(o, *spec, globalsGiven);
-    if (!o.password && !o.passwordFile && environmentPassword && (spec->uses & LogsIn))
+    refuseUnused(o, *grammar, globalsGiven);
+    if (!o.password && !o.passwordFile && environmentPassword && (grammar->uses & LogsIn))
         o.password = std::move(environmentPassword);
     return o;
 }

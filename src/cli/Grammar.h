@@ -22,20 +22,20 @@ enum Use : unsigned {
 // How a command's own option takes its value: not at all, the next word (or "=value"), or every
 // word up to the next option.
 enum class Takes { Nothing, Value, Words };
-struct OptionSpec {
+struct OwnOption {
     const char* name;
     Takes takes;
 };
 
-struct CommandSpec {
+struct CommandGrammar {
     const char* name;
     unsigned uses;
-    std::vector<OptionSpec> own;
+    std::vector<OwnOption> own;
 };
 
 // Every command and what it takes.
-const std::vector<CommandSpec>& commandSpecs();
-const CommandSpec* commandSpec(const QString& name);
+const std::vector<CommandGrammar>& commandGrammars();
+const CommandGrammar* grammarOf(const QString& name);
 
 // The options every command knows, and the command with its own words and options. Global
 // options go before or after the command; after it, an option of the command's own is the

@@ -287,10 +287,10 @@ constexpr Look untouched(std::string_view caption)
 }
 
 // A field the terminal sends but never takes from the host's reply.
-constexpr FieldSpec<Comm> neverTakenFromTheHost(FieldSpec<Comm> spec)
+constexpr FieldSpec<Comm> neverTakenFromTheHost(FieldSpec<Comm> wire)
 {
-    spec.sentOnly = true;
-    return spec;
+    wire.sentOnly = true;
+    return wire;
 }
 
 // The catalogue, in wire order (the host reads the second packet's first three keys in another

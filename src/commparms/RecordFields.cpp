@@ -8,20 +8,20 @@
 namespace corvane {
 namespace {
 
-template <typename R> FieldValue valueOf(const FieldSpec<R>& spec, const R& record)
+template <typename R> FieldValue valueOf(const FieldSpec<R>& wire, const R& record)
 {
-    if (spec.int16)
-        return std::int64_t{record.*spec.int16};
-    if (spec.int32)
-        return std::int64_t{record.*spec.int32};
-    return record.*spec.text;
+    if (wire.int16)
+        return std::int64_t{record.*wire.int16};
+    if (wire.int32)
+        return std::int64_t{record.*wire.int32};
+    return record.*wire.text;
 }
 
-template <typename R> bool store(const FieldSpec<R>& spec, R& record, const FieldValue& value)
+template <typename R> bool store(const FieldSpec<R>& wire, R& record, const FieldValue& value)
 {
-    if (spec.text) {
+    if (wire.text) {
         if (const auto* text = std::get_if<std::string>(&value); text && travelsIntact(*text)) {
-            record.*spec.text = *text;
+            record.*wire.text = *text;
             return true;
         }
         return false;
@@ -29,15 +29,15 @@ template <typename R> bool store(const FieldSpec<R>& spec, R& record, const Fiel
     const auto* number = std::get_if<std::int64_t>(&value);
     if (!number)
         return false;
-    if (spec.int32) {
+    if (wire.int32) {
         if (*number < std::numeric_limits<std::int32_t>::min() || *number > std::numeric_limits<std::int32_t>::max())
             return false;
-        record.*spec.int32 = static_cast<std::int32_t>(*number);
+        record.*wire.int32 = static_cast<std::int32_t>(*number);
         return true;
     }
     if (*number < std::numeric_limits<std::int16_t>::min() || *number > std::numeric_limits<std::int16_t>::max())
         return false;
-    record.*spec.int16 = static_cast<std::int16_t>(*number);
+    record.*wire.int16 = static_cast<std::int16_t>(*number);
     return true;
 }
 
