@@ -9,10 +9,8 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTimer>
 #include <QWindow>
 
 #include <cstdio>
@@ -155,20 +153,9 @@ void Screenshots::settle(QWidget& widget)
     QWidget& window = *widget.window();
     PaintWatch paint(window);
     window.update();
-    QEventLoop settled;
-    bool idle = false;
-    whenIdle(
-        &settled,
+    const bool idle = waitUntilIdle(
         [&window, &paint] { return window.windowHandle() && window.windowHandle()->isExposed() && paint.painted(); },
-        [&settled, &idle] {
-            idle = true;
-            settled.quit();
-        });
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, &settled, &QEventLoop::quit);
-    limit.start(SettleLimitMs);
-    settled.exec();
+        SettleLimitMs);
     if (!idle)
         std::printf("%s had not settled after %d ms; its picture is taken as it stands\n",
             qPrintable(window.objectName()), SettleLimitMs);

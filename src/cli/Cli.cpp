@@ -393,10 +393,10 @@ void Client::awaitPortStates(int before)
     }
 }
 
-bool Client::waitFor(const std::function<bool()>& done, int limitMs)
+bool Client::waitFor(const std::function<bool()>& done, int limitMs, const char* timer)
 {
     bool expired = false;
-    const std::unique_ptr<ProgramTimer> limit = terminal_.timers().make("tmrAnswerLimit", limitMs);
+    const std::unique_ptr<ProgramTimer> limit = terminal_.timers().make(timer, limitMs);
     QObject::connect(limit.get(), &ProgramTimer::timeout, [this, &expired, &limit] {
         limit->stop();
         expired = true;
@@ -410,16 +410,7 @@ bool Client::waitFor(const std::function<bool()>& done, int limitMs)
 
 void Client::pause(const char* name, int ms)
 {
-    bool over = false;
-    const std::unique_ptr<ProgramTimer> timer = terminal_.timers().make(name, ms);
-    QObject::connect(timer.get(), &ProgramTimer::timeout, [this, &over, &timer] {
-        timer->stop();
-        over = true;
-        session().cancelWaits(); // wakes the wait
-    });
-    timer->start();
-    session().waitUntil([&] { return over || stopSignal() != 0; });
-    endIfStopped();
+    waitFor([] { return false; }, ms, name);
 }
 
 void Client::endIfStopped() const

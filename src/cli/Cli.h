@@ -11,6 +11,7 @@
 #include "session/HostSession.h"
 #include "session/Terminal.h"
 
+#include <QDateTime>
 #include <QJsonValue>
 #include <QStringList>
 
@@ -45,6 +46,9 @@ struct Ending {
 // asked).
 QString shownOnTerminal(const QString& text, bool keepLineBreaks);
 QString helpText(const QString& command = {});
+// A TIME option's value (--since, --until, --before): an ISO 8601 date or date and time, local
+// unless it carries an offset; a date alone is the whole of that day (`until`: up to its end).
+QDateTime timeArgument(const QString& option, const QString& text, bool until);
 
 // The client: the desktop's session, rules, user store and access checks, answered on the
 // terminal. Every message the desktop shows in a box goes to standard error, word for word.
@@ -89,7 +93,7 @@ public:
     bool loggedOff() const { return loggedOff_; }
     // Waits until `done` holds, the session's events waking the wait; false after `limitMs`.
     // A stopping signal ends the client.
-    bool waitFor(const std::function<bool()>& done, int limitMs);
+    bool waitFor(const std::function<bool()>& done, int limitMs, const char* timer = "tmrAnswerLimit");
     // The stopping signal that came (SIGINT, SIGTERM, SIGHUP), 0 while none has; once one has,
     // the session's waits are called off and endIfStopped() ends the client with 128 + it.
     int stopSignal() const { return stops_ ? stops_->caught() : 0; }

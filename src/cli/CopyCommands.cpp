@@ -53,15 +53,6 @@ std::optional<QJsonObject> lastRecordedChange(
     return last;
 }
 
-QDateTime beforeArgument(const QString& text)
-{
-    const QDate day = QDate::fromString(text, Qt::ISODate);
-    const QDateTime time = text.size() == 10 && day.isValid() ? day.startOfDay() : QDateTime::fromString(text, Qt::ISODateWithMs);
-    if (!time.isValid())
-        throw UsageError{QStringLiteral("--before takes an ISO 8601 date or time, not \"%1\"").arg(text)};
-    return time;
-}
-
 QString valueText(std::string_view name, const FieldValue& value)
 {
     return fromLatin1Bytes(fieldValueText(name, value));
@@ -102,7 +93,7 @@ int revert(Client& client)
         throw UsageError{QStringLiteral("revert takes one PORT")};
     const std::int16_t port = client.portArgument(args[0]);
     const std::optional<QDateTime> before
-        = client.options().value("--before") ? std::optional(beforeArgument(*client.options().value("--before"))) : std::nullopt;
+        = client.options().value("--before") ? std::optional(timeArgument(QStringLiteral("--before"), *client.options().value("--before"), false)) : std::nullopt;
     editorSession(client);
     client.session().setUpdateKind(change_kind::Revert);
     const auto host = static_cast<std::size_t>(client.session().hostIndex());

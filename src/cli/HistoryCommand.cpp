@@ -11,19 +11,6 @@
 namespace corvane::cli {
 namespace {
 
-// --since and --until: an ISO 8601 date or date and time, local unless it carries an offset; a
-// date alone is the whole of that day.
-QDateTime timeArgument(const QString& option, const QString& text, bool until)
-{
-    const QDate day = QDate::fromString(text, Qt::ISODate);
-    if (text.size() == 10 && day.isValid())
-        return until ? day.addDays(1).startOfDay().addMSecs(-1) : day.startOfDay();
-    const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
-    if (!time.isValid())
-        throw UsageError{QStringLiteral("%1 takes an ISO 8601 date or time, not \"%2\"").arg(option, text)};
-    return time;
-}
-
 // A value as the terminal may show it: control and formatting characters as visible escapes, so
 // that no value can end the line, start another, or move the cursor; in quotes, the quote and the
 // backslash escaped too.
@@ -96,6 +83,17 @@ QString historyLine(const QJsonObject& entry)
 }
 
 } // namespace
+
+QDateTime timeArgument(const QString& option, const QString& text, bool until)
+{
+    const QDate day = QDate::fromString(text, Qt::ISODate);
+    if (text.size() == 10 && day.isValid())
+        return until ? day.addDays(1).startOfDay().addMSecs(-1) : day.startOfDay();
+    const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+    if (!time.isValid())
+        throw UsageError{QStringLiteral("%1 takes an ISO 8601 date or time, not \"%2\"").arg(option, text)};
+    return time;
+}
 
 int history(Client& client)
 {

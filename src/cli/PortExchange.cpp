@@ -233,26 +233,23 @@ void sendOrShow(Client& client, std::int16_t port, const PortRecords& records)
         return;
     }
     const PortRecords& host = *client.session().received(row);
-    const std::vector<ChangedField> corrections = client.session().showCorrections(row);
-    const auto byRule = [&corrections](const ChangedField& change) {
-        return std::any_of(corrections.begin(), corrections.end(),
-            [&change](const ChangedField& c) { return c.name == change.name && c.after == change.after; });
-    };
     QJsonArray fields;
     QStringList lines;
-    for (const ChangedField& change : changedFields(host.comm, host.collection, records.comm, records.collection)) {
+    std::vector<ChangedField> changes = changedFields(host.comm, host.collection, records.comm, records.collection);
+    markCorrections(changes, client.session().showCorrections(row));
+    for (const ChangedField& change : changes) {
         if (keptByTerminalOnly(change.name))
             continue; // never sent
         const std::string name(change.name);
         QJsonObject field{{QStringLiteral("name"), fromLatin1Bytes(name)}, {QStringLiteral("old"), jsonOf(change.before)},
             {QStringLiteral("new"), jsonOf(change.after)}};
-        if (byRule(change))
+        if (change.by == "rule")
             field.insert(QStringLiteral("by"), QStringLiteral("rule"));
         fields.append(field);
         lines << QStringLiteral("  %1 %2 -> %3%4")
                      .arg(fromLatin1Bytes(name).leftJustified(24), fromLatin1Bytes(fieldValueText(change.name, change.before)),
                          fromLatin1Bytes(fieldValueText(change.name, change.after)),
-                         byRule(change) ? QStringLiteral("  (by the rules when shown)") : QString());
+                         change.by == "rule" ? QStringLiteral("  (by the rules when shown)") : QString());
     }
     if (client.options().json) {
         client.printJson(QJsonObject{{QStringLiteral("port"), port}, {QStringLiteral("dryRun"), true},

@@ -119,4 +119,12 @@ std::string fieldValueText(std::string_view name, const FieldValue& value)
     return "\"" + escapedControls(quoted) + "\"";
 }
 
+void markCorrections(std::vector<ChangedField>& changes, const std::vector<ChangedField>& corrections)
+{
+    for (ChangedField& change : changes)
+        for (const ChangedField& correction : corrections)
+            if (correction.name == change.name && correction.after == change.after)
+                change.by = "rule";
+}
+
 } // namespace corvane

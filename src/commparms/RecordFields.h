@@ -47,5 +47,8 @@ struct ChangedField {
 };
 std::vector<ChangedField> changedFields(
     const PortCommParms& p0, const DataCollectionParms& d0, const PortCommParms& p1, const DataCollectionParms& d1);
+// Marks as the rules' ("rule") each change that is one of `corrections`: the same field made the
+// same value by the rules of showing the record.
+void markCorrections(std::vector<ChangedField>& changes, const std::vector<ChangedField>& corrections);
 
 } // namespace corvane

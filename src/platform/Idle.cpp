@@ -2,6 +2,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QTimer>
 
 #include <cstdint>
@@ -57,6 +58,22 @@ void whenIdle(QObject* context, std::function<bool()> ready, std::function<void(
             *handledBefore = activity.events();
             turn->start();
         });
+}
+
+bool waitUntilIdle(std::function<bool()> ready, int limitMs)
+{
+    QEventLoop loop;
+    bool idle = false;
+    whenIdle(&loop, std::move(ready), [&] {
+        idle = true;
+        loop.quit();
+    });
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
+    limit.start(limitMs);
+    loop.exec();
+    return idle;
 }
 
 } // namespace corvane

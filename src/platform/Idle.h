@@ -14,4 +14,8 @@ namespace corvane {
 // first.
 void whenIdle(QObject* context, std::function<bool()> ready, std::function<void()> act);
 
+// Runs the event loop until the program is idle (as above) while `ready` holds, or `limitMs`
+// passes; whether it came to be idle.
+bool waitUntilIdle(std::function<bool()> ready, int limitMs);
+
 } // namespace corvane

@@ -159,10 +159,7 @@ bool HostSession::UpdateCommParms(std::int16_t port)
     PortFetch& fetch = found->second;
     std::vector<ChangedField> changes
         = changedFields(fetch.host.comm, fetch.host.collection, parms_.commParms(port), parms_.dataCollection(port));
-    for (ChangedField& change : changes)
-        for (const ChangedField& correction : fetch.corrections)
-            if (correction.name == change.name && correction.after == change.after)
-                change.by = "rule";
+    markCorrections(changes, fetch.corrections);
     ChangeRecordEntry entry = changeEntry(updateKind_, port + 1);
     entry.fields = recordedFields(changes);
 

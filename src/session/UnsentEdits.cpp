@@ -20,13 +20,10 @@ bool HostSession::hasUnsentEdit(std::int16_t port) const
         return false;
     const PortFetch& fetch = found->second;
     const PortRecords now = parms_.records(port);
-    for (const ChangedField& change : changedFields(fetch.host.comm, fetch.host.collection, now.comm, now.collection)) {
-        const bool byRule = std::any_of(fetch.corrections.begin(), fetch.corrections.end(),
-            [&change](const ChangedField& c) { return c.name == change.name && c.after == change.after; });
-        if (!byRule && !keptByTerminalOnly(change.name))
-            return true;
-    }
-    return false;
+    std::vector<ChangedField> changes = changedFields(fetch.host.comm, fetch.host.collection, now.comm, now.collection);
+    markCorrections(changes, fetch.corrections);
+    return std::any_of(changes.begin(), changes.end(),
+        [](const ChangedField& change) { return change.by != "rule" && !keptByTerminalOnly(change.name); });
 }
 
 // Each port's unsent changes in a file of the program folder, written whole, that the client's

@@ -65,8 +65,7 @@ TEST(CliExitStatus, EachSaysWhatWentWrong)
     };
     for (const Case& c : cases) {
         test::SimulatedPlant plant;
-        plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+        test::giveFirstStore(plant);
         if (c.fault)
             c.fault(plant);
         test::ManualTimers clock;
@@ -117,8 +116,7 @@ TEST(CliExitStatus, ATimeOutBoundsTheConnectAndTheReply)
     };
     for (const Case& c : cases) {
         test::SimulatedPlant plant;
-        plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+        test::giveFirstStore(plant);
         plant.host.faults.silent = true;
         test::ManualTimers clock;
         int limitMs = 0;
@@ -143,8 +141,7 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
     for (const test::Peer& c : test::peers()) {
         SCOPED_TRACE(c.name);
         test::SimulatedPlant plant;
-        plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+        test::giveFirstStore(plant);
         if (c.fault)
             c.fault(plant);
         test::ManualTimers clock;
@@ -182,8 +179,7 @@ TEST(CliPeers, FetchAndUpdateAgainstPoliteAndHostilePeers)
 TEST(CliWatch, PrintsWhatChanged)
 {
     test::SimulatedPlant plant;
-    plant.folder.useAsStoreRoot();
-    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+    test::giveFirstStore(plant);
     test::ManualTimers clock;
     clock.tickWhenIdle("tmrWatchRefresh", &plant.host); // the next look comes once all is shown
     const ClientRun run = runClient(plant, clock, "--json watch --interval 1 --count 1");

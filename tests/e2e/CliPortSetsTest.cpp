@@ -32,8 +32,7 @@ public:
 
     void SetUp() override
     {
-        plant.folder.useAsStoreRoot();
-        ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+        test::giveFirstStore(plant);
     }
     // What the host holds for a port as the grid numbers it.
     PortRecords held(int port)

@@ -1,14 +1,25 @@
 #pragma once
 
 #include "cli/Cli.h"
+#include "security/FirstStore.h"
 #include "support/ManualTimers.h"
 #include "support/SimulatedPlant.h"
 
 #include <QString>
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 
 namespace corvane::test {
+
+// A plant whose user store lies where the client looks, a first one (the supervisor logs in
+// without a word).
+inline void giveFirstStore(SimulatedPlant& plant)
+{
+    plant.folder.useAsStoreRoot();
+    ASSERT_EQ(createFirstUserStore(plant.folder.places().storeFile), FirstStore::Created);
+}
 
 // What the client wrote to one of its streams.
 inline QString written(std::FILE* stream)

@@ -39,18 +39,7 @@ inline bool waitFor(const std::function<bool()>& done, int limitMs = 5000)
 inline bool waitUntilIdle(
     const std::function<bool()>& also = [] { return true; }, int limitMs = 5000)
 {
-    QEventLoop loop;
-    bool idle = false;
-    whenIdle(&loop, also, [&] {
-        idle = true;
-        loop.quit();
-    });
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    limit.start(limitMs);
-    loop.exec();
-    return idle;
+    return corvane::waitUntilIdle(also, limitMs);
 }
 
 // Once `ready` returns something, calls `act` with it, once, as an event of its own. Meant for
